@@ -1,0 +1,29 @@
+# What every target is compiled with: warnings as errors, and the sanitizer or coverage of the preset.
+
+set(WREN_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+option(WREN_COVERAGE "Count executed lines" OFF)
+
+add_library(wren_flags INTERFACE)
+target_compile_options(wren_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+if(WREN_SANITIZE)
+    add_compile_options(-fsanitize=${WREN_SANITIZE} -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${WREN_SANITIZE})
+    if(WREN_SANITIZE MATCHES "undefined")
+        add_compile_options(-fno-sanitize-recover=undefined)
+    endif()
+endif()
+
+if(WREN_COVERAGE)
+    add_compile_options(--coverage)
+    add_link_options(--coverage)
+endif()
+
+find_program(WREN_CCACHE ccache)
+if(WREN_CCACHE)
+    # Precompiled headers are hashed by ccache only when their times may be ignored.
+    set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${WREN_CCACHE})
+    set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
+endif()

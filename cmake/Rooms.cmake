@@ -1,0 +1,29 @@
+# A room is a folder of the house, built as one static library that the module and the tests share.
+
+# wren_sources(OUT DIR...): the sources of the folders, less those of other platforms. A platform seam is a
+# header with one source a platform; the ending of the source's name (_linux, _win) says which it serves.
+function(wren_sources out)
+    if(WIN32)
+        set(foreign "_linux\\.cpp$")
+    else()
+        set(foreign "_win\\.cpp$")
+    endif()
+    set(sources)
+    foreach(dir IN LISTS ARGN)
+        file(GLOB found CONFIGURE_DEPENDS ${dir}/*.cpp)
+        list(APPEND sources ${found})
+    endforeach()
+    list(FILTER sources EXCLUDE REGEX ${foreign})
+    set(${out} ${sources} PARENT_SCOPE)
+endfunction()
+
+# wren_room(NAME FOLDERS DIR... DEPENDS TARGET...): declares the room. Its includes are written from the
+# folder that the CMakeLists.txt stands in, so that an include line shows the room that it points into.
+function(wren_room name)
+    cmake_parse_arguments(room "" "" "FOLDERS;DEPENDS" ${ARGN})
+    list(TRANSFORM room_FOLDERS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    wren_sources(sources ${room_FOLDERS})
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+    target_link_libraries(${name} PUBLIC ${room_DEPENDS} PRIVATE wren_flags)
+endfunction()

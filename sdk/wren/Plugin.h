@@ -1,0 +1,62 @@
+/// The module's front door: what it exports by name, and the class that every plugin object derives from.
+///
+/// A host loads the module, asks `GetAvailableInterfaces`, makes an object with `CreatePlugin`, converts it
+/// with `dynamic_cast` to the interface that it wants (wren/PresentationPlugin.h), drives it, and gives it
+/// back to `DisposePlugin`. Nothing here throws.
+#pragma once
+
+#include "wren/Export.h"
+
+#include <cstdint>
+
+/// Name of the C++ interface: `CreatePlugin` takes this one and no other.
+inline constexpr const char* presentationInterfaceName = "com.norvane.vantor.presentation";
+
+/// Name of the plain C interface, which has a create function of its own.
+inline constexpr const char* cBasedPresentationInterfaceName = "c_com.norvane.vantor.presentation";
+
+/// One interface that the module offers.
+struct PluginInterfaceEntry {
+    const char* name;     ///< NUL-terminated, in static storage of the module
+    std::int32_t version; ///< highest version that the module speaks
+};
+
+/// The interfaces that a module offers. Refers to static storage of the module: nothing to free, valid until
+/// the module is unloaded.
+struct PluginInterfaceList {
+    const PluginInterfaceEntry* entries; ///< `count` entries
+    std::int32_t count;
+};
+
+/// Root of every plugin interface. The order of its virtual operations is fixed; the class is exported, so
+/// that a host built apart from the module sees the same class.
+class WREN_MODULE_API Plugin {
+public:
+    Plugin();
+    Plugin(const Plugin& other);
+    /// Copies nothing: a plugin has no state at this level.
+    Plugin& operator=(const Plugin& other);
+
+    /// Tells whether the object can be used as the named interface in that version. Any thread.
+    /// @param name NUL-terminated, may be null (false)
+    virtual bool SupportsInterface(const char* name, int version) = 0;
+
+    virtual ~Plugin();
+};
+
+extern "C" {
+
+/// The interfaces of this module. Any thread, at any time, always the same answer.
+WREN_MODULE_API PluginInterfaceList GetAvailableInterfaces();
+
+/// Makes a plugin object. Each object is independent of the others; a host may hold several.
+/// @param interfaceName `presentationInterfaceName`; anything else, null included, is refused
+/// @return the object, owned by the host until `DisposePlugin`; null on failure, which the log explains
+WREN_MODULE_API Plugin* CreatePlugin(const char* interfaceName);
+
+/// Destroys a plugin object, stopping and unregistering it first where the host has not: a running one still
+/// calls back `StopDone` from within. Must not be called from inside one of the object's own callbacks.
+/// @param plugin from `CreatePlugin`, or null
+/// @return true
+WREN_MODULE_API bool DisposePlugin(Plugin* plugin);
+}

@@ -1,0 +1,123 @@
+/// The interfaces between a host and a presentation plugin: what the host calls, and what it supplies.
+///
+/// The order of virtual operations is fixed in every class here. Texts are NUL-terminated UTF-8. Where an
+/// argument is called a word, it has the size of a pointer and the plugin does not look into it.
+#pragma once
+
+#include "wren/Plugin.h"
+
+#include <cstdint>
+
+/// Results of the plugin's operations.
+enum PresentationPluginResult : std::int32_t {
+    presentationDone = 0,
+    presentationEncryptUnavailable = -1, ///< from `Encrypt` only
+    presentationNotProvided = -2,        ///< the operation is not provided by this plugin
+    presentationBufferTooSmall = -3,     ///< the required size was written back
+    presentationNullArgument = -4,       ///< a null argument of `Register`
+    presentationFailed = -10,            ///< any other failure; the log explains it
+};
+
+/// The host's callback object, supplied to `Register` and used until `Unregister` or the plugin's end.
+///
+/// Calls arrive on host threads (from within the host's own calls into the plugin) and on threads of the
+/// backend library. From inside them the host must not call `Register`, `Start`, `Stop`, `Unregister` or
+/// `EventNotification` of the same plugin on the same thread: it hands such work to another thread.
+class IPresentationCB {
+public:
+    /// Shows one notice.
+    /// @param hostHandle the word given to `Register`
+    /// @param xml a "vtguiNotice" document, valid during the call only
+    /// @return ignored
+    virtual std::int32_t Notify(std::uintptr_t hostHandle, const char* xml) = 0;
+
+    /// Tells that a running plugin has stopped. Arrives on the thread that called `Stop`, before it returns.
+    /// @return ignored
+    virtual std::int32_t StopDone(std::uintptr_t hostHandle) = 0;
+
+    virtual ~IPresentationCB() = default;
+};
+
+/// The host's text translator. This plugin insists on getting one and never calls it.
+class ITranslator {
+public:
+    virtual std::int32_t TranslatorOperation1(std::uintptr_t first, std::uintptr_t second,
+                                              std::uintptr_t third) = 0;
+    virtual std::int32_t TranslatorOperation2(std::uintptr_t first, std::uintptr_t second,
+                                              std::uintptr_t third) = 0;
+
+protected:
+    ~ITranslator() = default;
+};
+
+/// Version 1 of the plugin as the host drives it.
+///
+/// Every operation may be called from any thread; calls are serialised inside. `Register`, `Start`, `Stop`,
+/// `Unregister` in a state that they do not fit return `presentationFailed` and change nothing.
+class IPresentationPlugin : public Plugin {
+public:
+    /// Gives the plugin its callbacks. First call after creation.
+    /// @param arguments must not be null; not read
+    /// @param hostHandle word passed back with every callback
+    /// @param presentationCB not owned, must outlive the registration, must not be null
+    /// @param translator not owned, must outlive the registration, must not be null
+    /// @return `presentationDone`, `presentationNullArgument` or `presentationFailed`
+    virtual std::int32_t Register(const char* arguments, std::uintptr_t hostHandle,
+                                  IPresentationCB* presentationCB, ITranslator* translator) = 0;
+
+    /// Draws the first screen and starts the backend. On failure the plugin stays registered, with the error
+    /// on screen, and `Start` may be called again.
+    /// @return `presentationDone` or `presentationFailed`
+    virtual std::int32_t Start() = 0;
+
+    /// Stops the backend and calls `StopDone`, also where the backend reports a failure.
+    /// @param reason 0 or 1, treated alike
+    /// @return `presentationDone` or `presentationFailed`
+    virtual std::int32_t Stop(std::uint32_t reason) = 0;
+
+    /// Forgets the callbacks. Only while stopped.
+    /// @return `presentationDone` or `presentationFailed`
+    virtual std::int32_t Unregister() = 0;
+
+    /// @return true
+    virtual bool IsUIEnabled() = 0;
+
+    /// Text getters: the text with its NUL needs n bytes. With a buffer and `*size >= n` the text is copied
+    /// and 0 returned, `*size` unchanged. Otherwise `*size` becomes n and `presentationBufferTooSmall` is
+    /// returned, so that a null buffer asks for the size. A null `size` gives `presentationFailed`.
+    virtual std::int32_t GetIdentity(char* buffer, std::uint32_t* size) = 0;
+    virtual std::int32_t GetLabel(char* buffer, std::uint32_t* size) = 0;
+    virtual std::int32_t GetDisplayVersion(char* buffer, std::uint32_t* size) = 0;
+
+    /// Not offered: touches no argument and returns `presentationEncryptUnavailable`.
+    virtual std::int32_t Encrypt(std::uintptr_t first, std::uintptr_t second, std::uintptr_t third,
+                                 std::uintptr_t fourth) = 0;
+
+    /// Not offered: writes an empty text to `output`, where that is not null, and 0 to `outputSize`, which
+    /// must not be null; returns `presentationNotProvided`.
+    virtual std::int32_t Decrypt(std::uintptr_t first, std::uintptr_t second, char* output,
+                                 std::uint32_t* outputSize) = 0;
+
+    /// Reports what the user did.
+    /// @param xml a "vtguiEvent" document
+    /// @return `presentationDone`, also for a click that is refused; `presentationFailed` for a document that
+    ///         is no event and for a control that the plugin does not know
+    virtual std::int32_t EventNotification(const char* xml) = 0;
+};
+
+/// Version 2.
+class IPresentationPluginV2 : public IPresentationPlugin {
+public:
+    /// @return true
+    virtual bool IsMultiUserModeEnabled() = 0;
+};
+
+/// Version 3: the whole table.
+class IPresentationPluginV3 : public IPresentationPluginV2 {
+public:
+    /// @return `presentationNotProvided`
+    virtual std::int32_t GetPendingApprovalData(std::uintptr_t first, std::uintptr_t second) = 0;
+
+    /// @return `presentationNotProvided`
+    virtual std::int32_t ApprovalEventNotification(std::uintptr_t first) = 0;
+};
