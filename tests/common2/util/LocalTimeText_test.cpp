@@ -1,0 +1,34 @@
+#include "common2/util/LocalTimeText.h"
+
+#include "tests/support/ScopedEnvironment.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+namespace {
+
+class LocalTimeTextTest : public testing::Test {
+    test::ScopedEnvironment zone{"TZ", "XST-2"}; // two hours ahead of UTC, without rules of its own
+};
+
+TEST_F(LocalTimeTextTest, IsBrokenDownInLocalTime) {
+    EXPECT_EQ(common2::localTimeText(0, L"%Y-%m-%d %H:%M:%S"), "1970-01-01 02:00:00");
+    EXPECT_EQ(common2::localTimeText(1700000000, L"%c"), "Wed Nov 15 00:13:20 2023");
+    EXPECT_EQ(common2::localTimeText(-1, L"%H:%M:%S"), "01:59:59");
+}
+
+TEST_F(LocalTimeTextTest, IsUtf8) { EXPECT_EQ(common2::localTimeText(0, L"\u00E9 %Y"), "\xC3\xA9 1970"); }
+
+TEST_F(LocalTimeTextTest, LongerThan63CharactersIsEmpty) {
+    EXPECT_EQ(common2::localTimeText(0, std::wstring(63, L'x').c_str()), std::string(63, 'x'));
+    EXPECT_EQ(common2::localTimeText(0, std::wstring(64, L'x').c_str()), "");
+}
+
+TEST_F(LocalTimeTextTest, TimeWithoutCalendarDateIsEmpty) {
+    EXPECT_EQ(common2::localTimeText(std::numeric_limits<std::time_t>::max(), L"%c"), "");
+    EXPECT_EQ(common2::localTimeText(std::numeric_limits<std::time_t>::min(), L"%c"), "");
+}
+
+} // namespace
