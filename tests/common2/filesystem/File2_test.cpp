@@ -1,0 +1,98 @@
+#include "common2/filesystem/File2.h"
+
+#include "tests/support/LogCapture.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+class File2Test : public testing::Test {
+protected:
+    void expectFailure(const std::filesystem::path& path, const char* words) {
+        const test::LogCapture capture;
+        std::string text = "untouched";
+        EXPECT_EQ(File2::ReadSync(path, text), words);
+        EXPECT_EQ(text, "untouched");
+        const auto records = capture.records();
+        ASSERT_EQ(records.size(), 1u);
+        EXPECT_EQ(records[0].severity, 3);
+        EXPECT_EQ(records[0].function, "File2::ReadSync");
+        EXPECT_EQ(records[0].message, "failed to read file " + path.string());
+    }
+
+    test::TemporaryFolder folder;
+};
+
+TEST_F(File2Test, ReadsAllBytesOfAFile) {
+    for (const std::size_t size : {0u, 1u, 16383u, 16384u, 16385u, 100000u}) {
+        std::string content(size, 'x');
+        for (std::size_t index = 0; index < size; ++index) {
+            content[index] = static_cast<char>(index * 7);
+        }
+        const test::LogCapture capture;
+        std::string text = "replaced";
+        EXPECT_EQ(File2::ReadSync(folder.write("file", content), text), "");
+        EXPECT_EQ(text, content);
+        EXPECT_TRUE(capture.records().empty());
+    }
+}
+
+TEST_F(File2Test, FollowsALinkAndTakesAnyName) {
+    const auto file = folder.write("n\xC3\xA4me with blanks", "content");
+    std::filesystem::create_symlink(file, folder.path() / "link");
+    std::string text;
+    EXPECT_EQ(File2::ReadSync(folder.path() / "link", text), "");
+    EXPECT_EQ(text, "content");
+}
+
+TEST_F(File2Test, MissingFileFails) { expectFailure(folder.path() / "missing", "ios_base::failbit set"); }
+
+TEST_F(File2Test, EmptyPathFails) { expectFailure({}, "ios_base::failbit set"); }
+
+TEST_F(File2Test, DirectoryFails) { expectFailure(folder.path(), "ios_base::failbit set"); }
+
+TEST_F(File2Test, WhatMayNeverEndFailsAtOnce) {
+    const auto pipe = folder.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    expectFailure(pipe, "ios_base::failbit set");
+    expectFailure("/dev/zero", "ios_base::failbit set");
+}
+
+TEST_F(File2Test, UnreadableFileFails) {
+    if (::geteuid() == 0) {
+        GTEST_SKIP() << "nothing is unreadable to root";
+    }
+    const auto file = folder.write("secret", "content");
+    std::filesystem::permissions(file, std::filesystem::perms::none);
+    expectFailure(file, "ios_base::failbit set");
+}
+
+TEST_F(File2Test, FileThatBreaksOffInReadingFails) {
+    // Opens, but cannot be read from its beginning: nothing is mapped there.
+    if (!std::ifstream("/proc/self/mem")) {
+        GTEST_SKIP() << "no such file here";
+    }
+    expectFailure("/proc/self/mem", "ios_base::badbit set");
+}
+
+TEST_F(File2Test, FileBeyondTheLimitFails) {
+    const auto file = folder.write("huge", "");
+    std::filesystem::resize_file(file, std::uintmax_t{1} << 40);
+    expectFailure(file, "ios_base::badbit set");
+}
+
+TEST_F(File2Test, FileAtTheLimitIsRead) {
+    const auto file = folder.write("large", "");
+    std::filesystem::resize_file(file, File2::largestFile);
+    std::string text;
+    EXPECT_EQ(File2::ReadSync(file, text), "");
+    EXPECT_EQ(text.size(), File2::largestFile);
+}
+
+} // namespace

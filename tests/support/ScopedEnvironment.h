@@ -1,0 +1,22 @@
+/// An environment variable for the length of a test.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace test {
+
+/// Sets a variable, or with null takes it away, and puts it back as it was. The time zone follows "TZ".
+class ScopedEnvironment {
+public:
+    ScopedEnvironment(const char* name, const char* value);
+    ScopedEnvironment(const ScopedEnvironment&) = delete;
+    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+    ~ScopedEnvironment();
+
+private:
+    std::string variable;
+    std::optional<std::string> former;
+};
+
+} // namespace test
