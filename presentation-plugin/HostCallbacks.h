@@ -1,0 +1,33 @@
+/// The host's side of the registration.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+
+class IPresentationCB;
+class ITranslator;
+
+/// What `Register` was given. Read on paths that run without the plugin's mutex while it is written under it,
+/// so it is handed out as a copy of one moment; nothing is held while the host is called.
+class HostCallbacks {
+public:
+    struct Snapshot {
+        std::uintptr_t hostHandle = 0;             ///< passed back first on every callback
+        IPresentationCB* presentationCB = nullptr; ///< not owned; null while nobody is registered
+        ITranslator* translator = nullptr;         ///< not owned; never called
+    };
+
+    void set(const Snapshot& registered) {
+        const std::lock_guard lock(mutex);
+        current = registered;
+    }
+
+    Snapshot get() const {
+        const std::lock_guard lock(mutex);
+        return current;
+    }
+
+private:
+    mutable std::mutex mutex;
+    Snapshot current;
+};

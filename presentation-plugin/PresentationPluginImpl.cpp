@@ -1,0 +1,201 @@
+#include "presentation-plugin/PresentationPluginImpl.h"
+
+#include "common2/util/OsVerApi.h"
+#include "presentation-plugin/PluginIdentity.h"
+#include "presentation-plugin/PresentationPluginImplRaise.h"
+#include "wren/Plugin.h"
+#include "xml/XmlUINotice.h"
+
+#include <cstring>
+
+namespace {
+
+/// Copies a text out by the contract of the text getters.
+std::int32_t copyText(std::string_view text, char* buffer, std::uint32_t* size) {
+    if (!size) {
+        return presentationFailed;
+    }
+    const auto needed = static_cast<std::uint32_t>(text.size() + 1);
+    if (!buffer || *size < needed) {
+        *size = needed;
+        return presentationBufferTooSmall;
+    }
+    std::memcpy(buffer, text.data(), text.size());
+    buffer[text.size()] = '\0';
+    return presentationDone;
+}
+
+/// A lifecycle line: what happens to the plugin, and which version it is.
+void logLife(Common2LogSeverity severity, std::string_view happening, std::string_view function) {
+    COMMON2_LOG(severity, function) << happening << " WREN Presentation Plugin Version '" << pluginIdentity::version
+                                    << '\'';
+}
+
+std::string describeClient() {
+    std::string description = pluginIdentity::suiteAndLabel;
+    description.append(" ").append(pluginIdentity::version);
+    return description.append(" (").append(MYOSVER_OS::ToString(OsVerApi().GetType())).append(")");
+}
+
+} // namespace
+
+PresentationPluginImpl::PresentationPluginImpl(const std::weak_ptr<IQuillApiFactory>& factory)
+    : apiFactory(factory)
+    , sm(static_cast<IPresentationPluginSmCallbacks&>(*this), quillSmlLogger())
+    , eventStore(std::make_shared<CEventStore>())
+    , alertBrowserPopup(eventStore, "wren_alert_browser", "quill_alert_browser_dialog",
+                        "quill_alert_browser_web_control", "quill_alert_browser_close_btn")
+    , enrollmentBrowserPopup(eventStore, "wren_auth_browser", "quill_enrollment_browser_dialog",
+                             "quill_enrollment_browser_web_control", "quill_enrollment_browser_close_btn")
+    , dataplaneAuthBrowserPopup(eventStore, "wren_auth_browser", "quill_dataplane_auth_browser_dialog",
+                                "quill_dataplane_auth_browser_web_control",
+                                "quill_dataplane_auth_browser_close_btn") {
+    // The promise lives with the deleter: whoever lets go last may still be inside it when the destructor of
+    // this object wakes up.
+    const auto released = std::make_shared<std::promise<void>>();
+    selfReleased = released->get_future();
+    self = std::shared_ptr<PresentationPluginImpl>(this, [released](auto*) { released->set_value(); });
+
+    logLife(DBG_TRACE, "Created", "PresentationPluginImpl::PresentationPluginImpl");
+    clientDescription = describeClient();
+}
+
+PresentationPluginImpl::~PresentationPluginImpl() {
+    constexpr std::string_view function = "PresentationPluginImpl::~PresentationPluginImpl";
+    {
+        const std::lock_guard lock(smMutex);
+        logLife(DBG_TRACE, "Destroying", function);
+        if (sm.is(sml::state<Started_s>)) {
+            raise(Stop_e{}, function);
+        }
+        if (sm.is(sml::state<Registered_s>)) {
+            raise(Unregister_e{}, function);
+        }
+        logLife(DBG_TRACE, "Destroyed", function);
+    }
+    // The backend locks its weak pointer around each call, so once nobody holds the object, nobody is inside.
+    self.reset();
+    selfReleased.wait();
+}
+
+bool PresentationPluginImpl::SupportsInterface(const char* name, int version) {
+    if (!name || version < 1 || version > 3) {
+        return false;
+    }
+    const std::string_view wanted(name);
+    return wanted == presentationInterfaceName || wanted == cBasedPresentationInterfaceName;
+}
+
+std::int32_t PresentationPluginImpl::Register(const char* arguments, std::uintptr_t hostHandle,
+                                              IPresentationCB* presentationCB, ITranslator* translator) {
+    constexpr std::string_view function = "PresentationPluginImpl::Register";
+    const std::lock_guard lock(smMutex);
+    if (!arguments) {
+        COMMON2_LOG(DBG_ERROR, function) << "Arguments string is NULL";
+        return presentationNullArgument;
+    }
+    if (!presentationCB) {
+        COMMON2_LOG(DBG_ERROR, function) << "Presentation callback pointer is NULL";
+        return presentationNullArgument;
+    }
+    if (!translator) {
+        COMMON2_LOG(DBG_ERROR, function) << "Translator callback pointer is NULL";
+        return presentationNullArgument;
+    }
+    logLife(DBG_TRACE, "Registering", function);
+    return raise(Register_e{hostHandle, presentationCB, translator}, function) ? presentationDone
+                                                                               : presentationFailed;
+}
+
+std::int32_t PresentationPluginImpl::Start() {
+    constexpr std::string_view function = "PresentationPluginImpl::Start";
+    const std::lock_guard lock(smMutex);
+    logLife(DBG_INFO, "Starting", function);
+    if (!raise(Start_e{}, function)) {
+        return presentationFailed;
+    }
+    // The machine also takes a failed start: it goes back and shows the error.
+    return sm.is(sml::state<Started_s>) ? presentationDone : presentationFailed;
+}
+
+std::int32_t PresentationPluginImpl::Stop(std::uint32_t) {
+    constexpr std::string_view function = "PresentationPluginImpl::Stop";
+    const std::lock_guard lock(smMutex);
+    logLife(DBG_INFO, "Stopping", function);
+    return raise(Stop_e{}, function) ? presentationDone : presentationFailed;
+}
+
+std::int32_t PresentationPluginImpl::Unregister() {
+    constexpr std::string_view function = "PresentationPluginImpl::Unregister";
+    const std::lock_guard lock(smMutex);
+    logLife(DBG_TRACE, "Unregistering", function);
+    return raise(Unregister_e{}, function) ? presentationDone : presentationFailed;
+}
+
+bool PresentationPluginImpl::IsUIEnabled() { return true; }
+
+std::int32_t PresentationPluginImpl::GetIdentity(char* buffer, std::uint32_t* size) {
+    return copyText(pluginIdentity::identity, buffer, size);
+}
+
+std::int32_t PresentationPluginImpl::GetLabel(char* buffer, std::uint32_t* size) {
+    return copyText(pluginIdentity::label, buffer, size);
+}
+
+std::int32_t PresentationPluginImpl::GetDisplayVersion(char* buffer, std::uint32_t* size) {
+    return copyText(pluginIdentity::version, buffer, size);
+}
+
+std::int32_t PresentationPluginImpl::Encrypt(std::uintptr_t, std::uintptr_t, std::uintptr_t, std::uintptr_t) {
+    return presentationEncryptUnavailable;
+}
+
+std::int32_t PresentationPluginImpl::Decrypt(std::uintptr_t, std::uintptr_t, char* output, std::uint32_t* outputSize) {
+    if (output) {
+        *output = '\0';
+    }
+    *outputSize = 0;
+    return presentationNotProvided;
+}
+
+bool PresentationPluginImpl::IsMultiUserModeEnabled() { return true; }
+
+std::int32_t PresentationPluginImpl::GetPendingApprovalData(std::uintptr_t, std::uintptr_t) {
+    return presentationNotProvided;
+}
+
+std::int32_t PresentationPluginImpl::ApprovalEventNotification(std::uintptr_t) { return presentationNotProvided; }
+
+void PresentationPluginImpl::actionRegisterCallbacks(std::uintptr_t hostHandle, IPresentationCB* presentationCB,
+                                                     ITranslator* translator) {
+    host.set({hostHandle, presentationCB, translator});
+}
+
+void PresentationPluginImpl::actionUnregisterCallbacks() { host.set({}); }
+
+void PresentationPluginImpl::actionNotifyUIStopDone() {
+    const HostCallbacks::Snapshot registered = host.get();
+    registered.presentationCB->StopDone(registered.hostHandle);
+}
+
+bool PresentationPluginImpl::notifyVTGUI(const std::string& xml) {
+    const HostCallbacks::Snapshot registered = host.get();
+    if (!registered.presentationCB) {
+        COMMON2_LOG(DBG_ERROR, "PresentationPluginImpl::notifyVTGUI") << "UI callbacks not initialized";
+        return false;
+    }
+    if (xml.empty()) {
+        COMMON2_LOG(DBG_ERROR, "PresentationPluginImpl::notifyVTGUI") << "Empty UI notice";
+        return false;
+    }
+    registered.presentationCB->Notify(registered.hostHandle, xml.c_str());
+    return true;
+}
+
+bool PresentationPluginImpl::sendNotice(XmlUINotice& notice) { return notifyVTGUI(notice.serialize()); }
+
+bool PresentationPluginImpl::sendApiLogNotice(const char* name, const char* text) {
+    XmlUINotice notice(UiNoticeType::ApiLog, "apilog", pluginIdentity::identity);
+    notice.addNode(name).setValue(text);
+    return sendNotice(notice);
+}
