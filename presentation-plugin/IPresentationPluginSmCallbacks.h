@@ -50,7 +50,8 @@ public:
     actionCacheDataplaneNotificationAndUpdateUI(std::shared_ptr<const DataplaneNotification_t> notification,
                                                 bool& alertsPending) = 0;
     virtual void actionOnlyUpdateUI(bool& alertsPending) = 0;
-    virtual void actionOnlyCacheStatusNotification(std::shared_ptr<const StatusNotification_t> notification) = 0;
+    virtual void
+    actionOnlyCacheStatusNotification(std::shared_ptr<const StatusNotification_t> notification) = 0;
     virtual void
     actionOnlyCacheDataplaneNotification(std::shared_ptr<const DataplaneNotification_t> notification) = 0;
 

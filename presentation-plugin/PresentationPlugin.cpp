@@ -54,7 +54,8 @@ Plugin* CreatePlugin(const char* interfaceName) {
     std::weak_ptr<IQuillApiFactory> factory;
     const QuillApiResult result = GetQuillApiFactory(factory);
     if (result != QuillApiResult::Success) {
-        COMMON2_LOG(DBG_ERROR, function) << "GetQuillApiFactory returned error " << quillApiResultName(result);
+        COMMON2_LOG(DBG_ERROR, function)
+            << "GetQuillApiFactory returned error " << quillApiResultName(result);
         return nullptr;
     }
     try {

@@ -27,8 +27,8 @@ std::int32_t copyText(std::string_view text, char* buffer, std::uint32_t* size) 
 
 /// A lifecycle line: what happens to the plugin, and which version it is.
 void logLife(Common2LogSeverity severity, std::string_view happening, std::string_view function) {
-    COMMON2_LOG(severity, function) << happening << " WREN Presentation Plugin Version '" << pluginIdentity::version
-                                    << '\'';
+    COMMON2_LOG(severity, function) << happening << " WREN Presentation Plugin Version '"
+                                    << pluginIdentity::version << '\'';
 }
 
 std::string describeClient() {
@@ -150,11 +150,14 @@ std::int32_t PresentationPluginImpl::Encrypt(std::uintptr_t, std::uintptr_t, std
     return presentationEncryptUnavailable;
 }
 
-std::int32_t PresentationPluginImpl::Decrypt(std::uintptr_t, std::uintptr_t, char* output, std::uint32_t* outputSize) {
+std::int32_t PresentationPluginImpl::Decrypt(std::uintptr_t, std::uintptr_t, char* output,
+                                             std::uint32_t* outputSize) {
     if (output) {
         *output = '\0';
     }
-    *outputSize = 0;
+    if (outputSize) {
+        *outputSize = 0;
+    }
     return presentationNotProvided;
 }
 
@@ -164,9 +167,12 @@ std::int32_t PresentationPluginImpl::GetPendingApprovalData(std::uintptr_t, std:
     return presentationNotProvided;
 }
 
-std::int32_t PresentationPluginImpl::ApprovalEventNotification(std::uintptr_t) { return presentationNotProvided; }
+std::int32_t PresentationPluginImpl::ApprovalEventNotification(std::uintptr_t) {
+    return presentationNotProvided;
+}
 
-void PresentationPluginImpl::actionRegisterCallbacks(std::uintptr_t hostHandle, IPresentationCB* presentationCB,
+void PresentationPluginImpl::actionRegisterCallbacks(std::uintptr_t hostHandle,
+                                                     IPresentationCB* presentationCB,
                                                      ITranslator* translator) {
     host.set({hostHandle, presentationCB, translator});
 }

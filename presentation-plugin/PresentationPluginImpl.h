@@ -1,6 +1,6 @@
-/// The one object of the plugin. It faces three ways at once: towards the host (the plugin interface), towards
-/// the backend (the callbacks that the backend drives) and towards its own machine (the action slots). It
-/// decides nothing by itself: each input becomes an event of the machine, each reaction an action.
+/// The one object of the plugin. It faces three ways at once: towards the host (the plugin interface),
+/// towards the backend (the callbacks that the backend drives) and towards its own machine (the action
+/// slots). It decides nothing by itself: each input becomes an event of the machine, each reaction an action.
 ///
 /// The members are grouped by subject into translation units:
 /// - PresentationPluginImpl.cpp: life, the host's operations, the one way out to the host
@@ -34,10 +34,10 @@ struct AdvConfigSyncGroup;
 struct AdvEnrollmentGroup;
 class XmlUIEvent;
 
-/// Host calls arrive on host threads, backend callbacks on threads of the backend library. One mutex serialises
-/// them: whoever raises an event runs the machine, all its actions, all rendering and all calls to host and
-/// backend on its own thread under it. Outside it run only the text getters, the inert operations, the first
-/// steps of `EventNotification`, and the closing of the error popup.
+/// Host calls arrive on host threads, backend callbacks on threads of the backend library. One mutex
+/// serialises them: whoever raises an event runs the machine, all its actions, all rendering and all calls to
+/// host and backend on its own thread under it. Outside it run only the text getters, the inert operations,
+/// the first steps of `EventNotification`, and the closing of the error popup.
 class PresentationPluginImpl final : public IPresentationPluginV3,
                                      public IQuillApiCallbacks,
                                      private IPresentationPluginSmCallbacks {
@@ -103,8 +103,8 @@ private:
                                                 bool& alertsPending) override;
     void actionOnlyUpdateUI(bool& alertsPending) override;
     void actionOnlyCacheStatusNotification(std::shared_ptr<const StatusNotification_t> notification) override;
-    void
-    actionOnlyCacheDataplaneNotification(std::shared_ptr<const DataplaneNotification_t> notification) override;
+    void actionOnlyCacheDataplaneNotification(
+        std::shared_ptr<const DataplaneNotification_t> notification) override;
     void actionDisplayEnrollmentStatusInternal(EnrollmentInternalStatus status) override;
     void actionDisplayEnrollmentStatus(const EnrollmentStatusNotification_t& notification) override;
     void actionDisplayEnrollmentAuthRequest(const EnrollmentAuthRequest_t& request) override;
@@ -179,20 +179,22 @@ private:
     // Progress.
     void displayEnrollmentProgress(UiTrayState trayState, WrenEnrollmentStringId stringId, bool showError,
                                    bool showProgressPopup);
-    void displayUnenrollmentProgress(UiTrayState trayState, WrenUnenrollmentStringId stringId, bool showError);
+    void displayUnenrollmentProgress(UiTrayState trayState, WrenUnenrollmentStringId stringId,
+                                     bool showError);
     void displayEnrollmentCompletion(EnrollmentSubstatus substatus);
     void congratulate();
 
-    std::mutex smMutex; ///< guards what follows, save what has a lock of its own
-    HostCallbacks host; ///< has a lock of its own
+    std::mutex smMutex;             ///< guards what follows, save what has a lock of its own
+    HostCallbacks host;             ///< has a lock of its own
     std::future<void> selfReleased; ///< ready when nobody holds `self` any more
-    std::shared_ptr<PresentationPluginImpl> self; ///< this object, not owned; what the backend's pointers share
+    std::shared_ptr<PresentationPluginImpl>
+        self; ///< this object, not owned; what the backend's pointers share
     std::weak_ptr<IQuillApiFactory> apiFactory;
     std::shared_ptr<IQuillApi> api; ///< while started
     PresentationPluginMachine sm;
     std::string clientDescription; ///< user agent of the browser popups
-    QuillTimePoint alertTime = 0;  ///< time stamp of table alerts; never assigned, so that two derivations from
-                                   ///< the same records are equal
+    QuillTimePoint alertTime = 0;  ///< time stamp of table alerts; never assigned, so that two derivations
+                                  ///< from the same records are equal
     std::shared_ptr<const StatusNotification_t> cachedStatus;
     std::shared_ptr<const DataplaneNotification_t> cachedDataplane;
     std::string currentEnrollmentId;           ///< empty: no enrollment in progress

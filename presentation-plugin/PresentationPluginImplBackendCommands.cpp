@@ -45,7 +45,8 @@ void PresentationPluginImpl::actionStopApi() {
 }
 
 void PresentationPluginImpl::sendRequest(QuillApiResult (IQuillApi::*operation)(const char*),
-                                         const std::string& request, const char* failure, std::string_view function) {
+                                         const std::string& request, const char* failure,
+                                         std::string_view function) {
     const QuillApiResult result = ((*api).*operation)(request.c_str());
     if (result != QuillApiResult::Success) {
         logResult(function, failure, result);
@@ -54,9 +55,10 @@ void PresentationPluginImpl::sendRequest(QuillApiResult (IQuillApi::*operation)(
 }
 
 void PresentationPluginImpl::actionApiInitiateEnrollment(const InitiateEnrollment_e& request) {
-    sendRequest(&IQuillApi::InitiateEnrollment,
-                initiateEnrollmentRequest(request.version, request.enrollment_choice_id, request.enrollment_context),
-                "Couldn't initiate enrollment", "PresentationPluginImpl::actionApiInitiateEnrollment");
+    sendRequest(
+        &IQuillApi::InitiateEnrollment,
+        initiateEnrollmentRequest(request.version, request.enrollment_choice_id, request.enrollment_context),
+        "Couldn't initiate enrollment", "PresentationPluginImpl::actionApiInitiateEnrollment");
 }
 
 void PresentationPluginImpl::actionApiInitiateReEnrollment(const InitiateReEnrollment_e& request) {
@@ -68,7 +70,8 @@ void PresentationPluginImpl::actionApiInitiateReEnrollment(const InitiateReEnrol
 void PresentationPluginImpl::actionApiEnrollmentAuthReply(const EnrollmentAuthReply_e& request) {
     sendRequest(&IQuillApi::EnrollmentAuthReply,
                 enrollmentAuthReplyRequest(request.version, request.enrollment_id, request.enrollment_cookie),
-                "Couldn't submit enrollment auth reply", "PresentationPluginImpl::actionApiEnrollmentAuthReply");
+                "Couldn't submit enrollment auth reply",
+                "PresentationPluginImpl::actionApiEnrollmentAuthReply");
 }
 
 void PresentationPluginImpl::actionApiCancelEnrollment(const CancelEnrollment_e& request) {
@@ -79,7 +82,8 @@ void PresentationPluginImpl::actionApiCancelEnrollment(const CancelEnrollment_e&
 void PresentationPluginImpl::actionApiDataplaneAuthReply(const DataplaneAuthReply_e& request) {
     sendRequest(&IQuillApi::DataplaneAuthReply,
                 dataplaneAuthReplyRequest(request.version, request.context_id, request.authorization_cookie),
-                "Couldn't submit dataplane auth reply", "PresentationPluginImpl::actionApiDataplaneAuthReply");
+                "Couldn't submit dataplane auth reply",
+                "PresentationPluginImpl::actionApiDataplaneAuthReply");
 }
 
 void PresentationPluginImpl::actionApiInitiateUnenrollment(const InitiateUnenrollment_e& request) {
@@ -94,8 +98,8 @@ void PresentationPluginImpl::actionApiPerformConfigSync(const PerformConfigSync_
 }
 
 void PresentationPluginImpl::actionApiTriggerPostureReports(const TriggerPostureReports_e& request) {
-    sendRequest(&IQuillApi::TriggerPostureReports, versionRequest(request.version), "Couldn't trigger posture reports",
-                "PresentationPluginImpl::actionApiTriggerPostureReports");
+    sendRequest(&IQuillApi::TriggerPostureReports, versionRequest(request.version),
+                "Couldn't trigger posture reports", "PresentationPluginImpl::actionApiTriggerPostureReports");
 }
 
 void PresentationPluginImpl::actionDisplayApiErrorInternal() {

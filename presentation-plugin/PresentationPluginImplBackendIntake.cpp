@@ -23,7 +23,8 @@ void logFailure(std::string_view function, std::string_view words, std::string_v
     COMMON2_LOG(DBG_ERROR, function) << words << reason;
 }
 
-std::optional<boost::json::value> parseDocument(const char* json, std::string_view function, std::string_view words) {
+std::optional<boost::json::value> parseDocument(const char* json, std::string_view function,
+                                                std::string_view words) {
     boost::system::error_code error;
     boost::json::value value = boost::json::parse(json ? json : "", error);
     if (error) {
@@ -72,7 +73,8 @@ void PresentationPluginImpl::StatusNotification(const char* json) {
 void PresentationPluginImpl::EnrollmentStatusNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse enrollment status notification: ";
     takeIn(json,
-           {"PresentationPluginImpl::EnrollmentStatusNotification", words, words, "enrollmentstatusnotification"},
+           {"PresentationPluginImpl::EnrollmentStatusNotification", words, words,
+            "enrollmentstatusnotification"},
            EnrollmentStatusNotificationFromJson, [](EnrollmentStatusNotification_t&& record) {
                return EnrollmentStatusNotification_e{std::move(record)};
            });
@@ -88,7 +90,8 @@ void PresentationPluginImpl::EnrollmentAuthRequest(const char* json) {
 void PresentationPluginImpl::UnenrollmentStatusNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse unenrollment status notification: ";
     takeIn(json,
-           {"PresentationPluginImpl::UnenrollmentStatusNotification", words, words, "unenrollmentstatusnotification"},
+           {"PresentationPluginImpl::UnenrollmentStatusNotification", words, words,
+            "unenrollmentstatusnotification"},
            UnenrollmentStatusNotificationFromJson, [](UnenrollmentStatusNotification_t&& record) {
                return UnenrollmentStatusNotification_e{std::move(record)};
            });
@@ -98,6 +101,7 @@ void PresentationPluginImpl::DataplaneNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse dataplane notification: ";
     takeIn(json, {"PresentationPluginImpl::DataplaneNotification", words, words, "dataplanenotification"},
            DataplaneNotificationFromJson, [](DataplaneNotification_t&& record) {
-               return DataplaneNotification_e{std::make_shared<const DataplaneNotification_t>(std::move(record))};
+               return DataplaneNotification_e{
+                   std::make_shared<const DataplaneNotification_t>(std::move(record))};
            });
 }

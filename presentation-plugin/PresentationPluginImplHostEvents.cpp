@@ -42,7 +42,8 @@ std::int32_t PresentationPluginImpl::EventNotification(const char* xml) {
     const XmlUIEvent event(xml);
     const std::string id = event.getId();
     if (id.empty()) {
-        COMMON2_LOG(DBG_ERROR, function) << "Could not validate an incoming event notification: " << (xml ? xml : "");
+        COMMON2_LOG(DBG_ERROR, function)
+            << "Could not validate an incoming event notification: " << (xml ? xml : "");
         return presentationFailed;
     }
     const EventStoreId kind = eventStore->Lookup(id.c_str());
@@ -61,7 +62,8 @@ std::int32_t PresentationPluginImpl::EventNotification(const char* xml) {
     if (routeLocked(kind, event)) {
         return presentationDone;
     }
-    COMMON2_LOG(DBG_ERROR, function) << "Received an unknown event: " << eventStoreIdName(kind) << " from id= " << id;
+    COMMON2_LOG(DBG_ERROR, function) << "Received an unknown event: " << eventStoreIdName(kind)
+                                     << " from id= " << id;
     return presentationFailed;
 }
 
@@ -148,13 +150,15 @@ void PresentationPluginImpl::routeEnrollmentCookie(const XmlUIEvent& event) {
         COMMON2_LOG(DBG_WARN, function) << noEnrollmentInProgress;
         return;
     }
-    raise(EnrollmentAuthReply_e{requestVersion, currentEnrollmentId, read(event, enrollmentWebControl, wire::value)},
+    raise(EnrollmentAuthReply_e{requestVersion, currentEnrollmentId,
+                                read(event, enrollmentWebControl, wire::value)},
           function);
 }
 
 void PresentationPluginImpl::routeEnrollmentBrowserError(const XmlUIEvent& event) {
     // Hosts rely on this route reading the dataplane browser's control.
-    logHandling("Handling enrollment browser error notification", read(event, dataplaneWebControl, wire::error));
+    logHandling("Handling enrollment browser error notification",
+                read(event, dataplaneWebControl, wire::error));
     if (currentEnrollmentId.empty()) {
         COMMON2_LOG(DBG_WARN, function) << noEnrollmentInProgress;
         return;
@@ -237,11 +241,12 @@ void PresentationPluginImpl::routeDataplaneAuth(const std::string& contextId) {
         return;
     }
     const auto& requests = cachedDataplane->dataplane_auth_requests;
-    const auto found = std::find_if(requests.begin(), requests.end(), [&](const DataplaneAuthRequest_t& request) {
-        return request.context_id == contextId;
-    });
+    const auto found =
+        std::find_if(requests.begin(), requests.end(),
+                     [&](const DataplaneAuthRequest_t& request) { return request.context_id == contextId; });
     if (found == requests.end()) {
-        COMMON2_LOG(DBG_WARN, function) << "Dataplane authentication request with specified context ID not found";
+        COMMON2_LOG(DBG_WARN, function)
+            << "Dataplane authentication request with specified context ID not found";
         return;
     }
     raise(DataplaneAuthRequest_e{*found}, function);
@@ -260,8 +265,8 @@ void PresentationPluginImpl::routeLocalBrowseEvent(const XmlUIEvent& event) {
     if (value.empty()) {
         COMMON2_LOG(DBG_TRACE, function) << "Local browser event type \"" << type << "\" received";
     } else {
-        COMMON2_LOG(DBG_TRACE, function) << "Local browser event type \"" << type << "\" received with value \""
-                                         << value << '"';
+        COMMON2_LOG(DBG_TRACE, function)
+            << "Local browser event type \"" << type << "\" received with value \"" << value << '"';
     }
     if (type == "posture-update") {
         raise(TriggerPostureReports_e{requestVersion}, function);

@@ -55,7 +55,8 @@ void PresentationPluginImpl::actionCacheStatusNotificationAndUpdateUI(
 
 void PresentationPluginImpl::actionCacheDataplaneNotificationAndUpdateUI(
     std::shared_ptr<const DataplaneNotification_t> notification, bool& alertsPending) {
-    constexpr std::string_view function = "PresentationPluginImpl::actionCacheDataplaneNotificationAndUpdateUI";
+    constexpr std::string_view function =
+        "PresentationPluginImpl::actionCacheDataplaneNotificationAndUpdateUI";
     if (!notification) {
         COMMON2_LOG(DBG_WARN, function) << "Received empty Dataplane Notification.";
         return;
@@ -71,7 +72,8 @@ void PresentationPluginImpl::actionCacheDataplaneNotificationAndUpdateUI(
 void PresentationPluginImpl::actionOnlyCacheStatusNotification(
     std::shared_ptr<const StatusNotification_t> notification) {
     if (areEqual(cachedStatus, notification)) {
-        COMMON2_LOG(DBG_TRACE, "PresentationPluginImpl::actionOnlyCacheStatusNotification") << statusUnchanged;
+        COMMON2_LOG(DBG_TRACE, "PresentationPluginImpl::actionOnlyCacheStatusNotification")
+            << statusUnchanged;
         return;
     }
     cachedStatus = std::move(notification);
@@ -80,7 +82,8 @@ void PresentationPluginImpl::actionOnlyCacheStatusNotification(
 void PresentationPluginImpl::actionOnlyCacheDataplaneNotification(
     std::shared_ptr<const DataplaneNotification_t> notification) {
     if (areEqual(cachedDataplane, notification)) {
-        COMMON2_LOG(DBG_TRACE, "PresentationPluginImpl::actionOnlyCacheDataplaneNotification") << dataplaneUnchanged;
+        COMMON2_LOG(DBG_TRACE, "PresentationPluginImpl::actionOnlyCacheDataplaneNotification")
+            << dataplaneUnchanged;
         return;
     }
     cachedDataplane = std::move(notification);
@@ -133,7 +136,8 @@ void PresentationPluginImpl::updateMainUi(const std::shared_ptr<const StatusNoti
     } else if (isActive && isEnrolled && !canEnroll) {
         renderEnrolledTile(status->enrollments.front(), hasNew);
     } else {
-        COMMON2_LOG(DBG_WARN, "PresentationPluginImpl::updateMainUi") << "Ignoring unexpected Status Notification";
+        COMMON2_LOG(DBG_WARN, "PresentationPluginImpl::updateMainUi")
+            << "Ignoring unexpected Status Notification";
         return;
     }
     alertsPending = alerts.alerts.empty() || hasChanged;
@@ -178,16 +182,18 @@ void PresentationPluginImpl::renderEnrolledTile(const Enrollment_t& enrollment, 
         }
     } else {
         renderTile(UiNoticeType::Update,
-                   {.status = "Some issues may be affecting secure resource access. Please review the provided "
-                              "details.",
+                   {.status =
+                        "Some issues may be affecting secure resource access. Please review the provided "
+                        "details.",
                     .trayText = "Alerts available",
                     .trayState = UiTrayState::Attention,
                     .details = offeredButton});
         if (toast && hasAlertWithToast(alerts)) {
-            showToast("Some issues may be affecting secure resource access",
-                      "We have identified some issues that may affect your access to secure resources. Please take "
-                      "a moment to review the detailed information provided.",
-                      ToastButton::Details);
+            showToast(
+                "Some issues may be affecting secure resource access",
+                "We have identified some issues that may affect your access to secure resources. Please take "
+                "a moment to review the detailed information provided.",
+                ToastButton::Details);
         }
     }
     updateAdvEnrollmentActive(!enrollment.unenroll_allowed);
@@ -215,10 +221,11 @@ void PresentationPluginImpl::renderUnenrolledTile(const EnrollmentChoice_t& choi
             showToast(pluginIdentity::suite, required, ToastButton::Enroll);
         }
     } else {
-        renderTile(UiNoticeType::Update,
-                   {.status = "Registration is being managed by your administrator to access secure resources.",
-                    .trayText = "Registration managed",
-                    .trayState = UiTrayState::Attention});
+        renderTile(
+            UiNoticeType::Update,
+            {.status = "Registration is being managed by your administrator to access secure resources.",
+             .trayText = "Registration managed",
+             .trayState = UiTrayState::Attention});
     }
     updateAdvEnrollmentInactive(!choice.enroll_allowed);
     updateAdvConfigSyncInactive();
@@ -295,8 +302,9 @@ bool PresentationPluginImpl::renderStatsUpdates(const StatusNotification_t* stat
         return false;
     }
     if (status->enrollments.size() > 1) {
-        COMMON2_LOG(DBG_WARN, function) << "The enrollment list has more than one item. Stats will report only the "
-                                           "first enrollment entry.";
+        COMMON2_LOG(DBG_WARN, function)
+            << "The enrollment list has more than one item. Stats will report only the "
+               "first enrollment entry.";
     }
     XmlUINotice overview(UiNoticeType::Update, nullptr, pluginIdentity::identity);
     composeStatsOverview(overview, *status);

@@ -23,13 +23,17 @@ constexpr std::array<EnrollmentCompletion, 11> enrollmentCompletions{{
     {EnrollmentSubstatus::InternalError, UiTrayState::Attention, ENROLL_INTERNAL_ERROR, true},
     {EnrollmentSubstatus::InitializationError, UiTrayState::Attention, ENROLL_INITIALIZATION_ERROR, true},
     {EnrollmentSubstatus::UserAuthenticationError, UiTrayState::Attention, ENROLL_AUTHENTICATION_ERROR, true},
-    {EnrollmentSubstatus::DeviceRegistrationError, UiTrayState::Attention, ENROLL_DEVICE_REGISTRATION_ERROR, true},
-    {EnrollmentSubstatus::PostureRegistrationError, UiTrayState::Attention, ENROLL_POSTURE_REGISTRATION_ERROR, true},
-    {EnrollmentSubstatus::CertificateEnrollmentError, UiTrayState::Attention, ENROLL_CERTIFICATE_ERROR, true},
-    {EnrollmentSubstatus::ServerCommunicationError, UiTrayState::Attention, ENROLL_SERVER_COMMUNICATION_ERROR, true},
-    {EnrollmentSubstatus::ServerCertificateError, UiTrayState::Attention, ENROLL_SERVER_CERTIFICATE_ERROR, true},
-    {EnrollmentSubstatus::PostureNoHardwareSecurityError, UiTrayState::Attention, ENROLL_NO_HARDWARE_SECURITY_ERROR,
+    {EnrollmentSubstatus::DeviceRegistrationError, UiTrayState::Attention, ENROLL_DEVICE_REGISTRATION_ERROR,
      true},
+    {EnrollmentSubstatus::PostureRegistrationError, UiTrayState::Attention, ENROLL_POSTURE_REGISTRATION_ERROR,
+     true},
+    {EnrollmentSubstatus::CertificateEnrollmentError, UiTrayState::Attention, ENROLL_CERTIFICATE_ERROR, true},
+    {EnrollmentSubstatus::ServerCommunicationError, UiTrayState::Attention, ENROLL_SERVER_COMMUNICATION_ERROR,
+     true},
+    {EnrollmentSubstatus::ServerCertificateError, UiTrayState::Attention, ENROLL_SERVER_CERTIFICATE_ERROR,
+     true},
+    {EnrollmentSubstatus::PostureNoHardwareSecurityError, UiTrayState::Attention,
+     ENROLL_NO_HARDWARE_SECURITY_ERROR, true},
 }};
 
 /// The tile as a row of an enrollment or unenrollment table shows it; "Verify" is never offered meanwhile.
@@ -51,8 +55,8 @@ void PresentationPluginImpl::displayEnrollmentProgress(UiTrayState trayState, Wr
     const WrenProgressStrings_t& row = WrenEnrollmentStringTable::GetEntry(stringId);
     renderTile(UiNoticeType::Update, progressTile(row, trayState));
     if (showProgressPopup) {
-        notifyVTGUI(enrollmentBrowserPopup.generateEnrollmentProgressPopup(pluginIdentity::suiteAndLabel,
-                                                                           clientDescription, row.tile_message));
+        notifyVTGUI(enrollmentBrowserPopup.generateEnrollmentProgressPopup(
+            pluginIdentity::suiteAndLabel, clientDescription, row.tile_message));
     } else if (showError) {
         showErrorPopup(row.error_title, row.error_message);
     }
@@ -79,12 +83,13 @@ void PresentationPluginImpl::actionDisplayEnrollmentStatusInternal(EnrollmentInt
     COMMON2_LOG(DBG_ERROR, function) << "Invalid Internal Enrollment Status received: " << nameOf(status);
 }
 
-void PresentationPluginImpl::actionDisplayEnrollmentStatus(const EnrollmentStatusNotification_t& notification) {
+void PresentationPluginImpl::actionDisplayEnrollmentStatus(
+    const EnrollmentStatusNotification_t& notification) {
     constexpr std::string_view function = "PresentationPluginImpl::actionDisplayEnrollmentStatus";
     const std::string_view status = nameOf(notification.status);
     const auto logWithSubstatus = [&] {
-        COMMON2_LOG(DBG_TRACE, function) << "Displaying enrollment status: " << status << " ("
-                                         << nameOf(notification.substatus) << ')';
+        COMMON2_LOG(DBG_TRACE, function)
+            << "Displaying enrollment status: " << status << " (" << nameOf(notification.substatus) << ')';
     };
     switch (notification.status) {
     case EnrollmentStatus::Error:
@@ -139,8 +144,8 @@ void PresentationPluginImpl::actionDisplayEnrollmentAuthRequest(const Enrollment
             << "Couldnt match enrollment authentication request to existing enrollment request";
         return;
     }
-    notifyVTGUI(enrollmentBrowserPopup.generateEnrollmentAuthPopup(pluginIdentity::suiteAndLabel, clientDescription,
-                                                                   request));
+    notifyVTGUI(enrollmentBrowserPopup.generateEnrollmentAuthPopup(pluginIdentity::suiteAndLabel,
+                                                                   clientDescription, request));
 }
 
 // Dataplane authentication.
@@ -163,8 +168,8 @@ void PresentationPluginImpl::actionDismissDataplaneAuth() {
 
 // Unenrollment.
 
-void PresentationPluginImpl::displayUnenrollmentProgress(UiTrayState trayState, WrenUnenrollmentStringId stringId,
-                                                         bool showError) {
+void PresentationPluginImpl::displayUnenrollmentProgress(UiTrayState trayState,
+                                                         WrenUnenrollmentStringId stringId, bool showError) {
     const WrenProgressStrings_t& row = WrenUnenrollmentStringTable::GetEntry(stringId);
     renderTile(UiNoticeType::Update, progressTile(row, trayState));
     if (showError) {
@@ -187,12 +192,14 @@ void PresentationPluginImpl::actionDisplayUnenrollmentStatusInternal(Unenrollmen
         << "Invalid Internal Unenrollment Status received: " << nameOf(status);
 }
 
-void PresentationPluginImpl::actionDisplayUnenrollmentStatus(const UnenrollmentStatusNotification_t& notification) {
+void PresentationPluginImpl::actionDisplayUnenrollmentStatus(
+    const UnenrollmentStatusNotification_t& notification) {
     constexpr std::string_view function = "PresentationPluginImpl::actionDisplayUnenrollmentStatus";
     const std::string_view status = nameOf(notification.status);
     const std::string_view substatus = nameOf(notification.substatus);
     const auto logWithSubstatus = [&] {
-        COMMON2_LOG(DBG_TRACE, function) << "Displaying unenrollment status: " << status << " (" << substatus << ')';
+        COMMON2_LOG(DBG_TRACE, function)
+            << "Displaying unenrollment status: " << status << " (" << substatus << ')';
     };
     switch (notification.status) {
     case UnenrollmentStatus::Error:
@@ -240,7 +247,9 @@ void PresentationPluginImpl::actionDisplayAlertDialog(AlertDialogAction action) 
 
 void PresentationPluginImpl::actionDismissAlertDialog() { closePopup(alertBrowserPopup); }
 
-void PresentationPluginImpl::closePopup(BrowserPopupHelper& popup) { notifyVTGUI(popup.generateBrowserPopupClose()); }
+void PresentationPluginImpl::closePopup(BrowserPopupHelper& popup) {
+    notifyVTGUI(popup.generateBrowserPopupClose());
+}
 
 // Toasts and the error popup.
 
@@ -257,7 +266,8 @@ void PresentationPluginImpl::showErrorPopup(const std::string& header, const std
     switch (errorPopups.find(errorPopupId, header, details)) {
     case ErrorPopupState::Shown::SameTexts:
         COMMON2_LOG(DBG_TRACE, "PresentationPluginImpl::showErrorPopup")
-            << "Duplicated error popup activation detected. Bypassing the repetition of error dialog rendering.";
+            << "Duplicated error popup activation detected. Bypassing the repetition of error dialog "
+               "rendering.";
         return;
     case ErrorPopupState::Shown::OtherTexts:
         closeErrorPopup();

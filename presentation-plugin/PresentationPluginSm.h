@@ -233,7 +233,8 @@ struct DisplayEnrollmentAborted_a {
     }
 };
 struct DisplayEnrollmentStatus_a {
-    void operator()(const EnrollmentStatusNotification_e& event, IPresentationPluginSmCallbacks& callbacks) const {
+    void operator()(const EnrollmentStatusNotification_e& event,
+                    IPresentationPluginSmCallbacks& callbacks) const {
         PresentationPluginSm::logAction("DisplayEnrollmentStatus_a", __LINE__);
         callbacks.actionDisplayEnrollmentStatus(event.notification);
     }
@@ -269,7 +270,8 @@ struct DisplayUnenrollmentAborted_a {
     }
 };
 struct DisplayUnenrollmentStatus_a {
-    void operator()(const UnenrollmentStatusNotification_e& event, IPresentationPluginSmCallbacks& callbacks) const {
+    void operator()(const UnenrollmentStatusNotification_e& event,
+                    IPresentationPluginSmCallbacks& callbacks) const {
         PresentationPluginSm::logAction("DisplayUnenrollmentStatus_a", __LINE__);
         callbacks.actionDisplayUnenrollmentStatus(event.notification);
     }
@@ -289,7 +291,8 @@ struct BringAlertDialogToForeground_a {
 /// Support tooling knows this action by its garbled name, so the message keeps it.
 struct UpdateAlertDialog_a {
     void operator()(IPresentationPluginSmCallbacks& callbacks) const {
-        PresentationPluginSm::logAction("UpdateAlertDialog_a", __LINE__, "UpdatUpdateAlertDialog_aeGlobalErrorDialog_a");
+        PresentationPluginSm::logAction("UpdateAlertDialog_a", __LINE__,
+                                        "UpdatUpdateAlertDialog_aeGlobalErrorDialog_a");
         callbacks.actionDisplayAlertDialog(AlertDialogAction::Update);
     }
 };

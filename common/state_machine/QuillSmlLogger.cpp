@@ -15,7 +15,8 @@ void QuillSmlLogger_t::writeProcessEvent(std::string_view machine, std::string_v
         << '[' << machine << "][process_event] " << event;
 }
 
-void QuillSmlLogger_t::writeStateChange(std::string_view machine, std::string_view source, std::string_view target) {
+void QuillSmlLogger_t::writeStateChange(std::string_view machine, std::string_view source,
+                                        std::string_view target) {
     COMMON2_LOG_AT(DBG_TRACE, traceFile, stateChangeLine, "QuillSmlLogger_t::log_state_change")
         << '[' << machine << "][transition] " << source << " -> " << target;
 }

@@ -34,7 +34,9 @@ constexpr std::string_view bareNameOf() {
 }
 
 template <class T>
-concept Defined = requires { sizeof(T); };
+concept Defined = requires {
+    sizeof(T);
+};
 
 /// Pieces joined at compile time.
 template <const std::string_view&... Pieces>

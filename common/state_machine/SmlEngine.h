@@ -105,7 +105,9 @@ using ParametersOf = typename Signature<decltype(&Functor::operator())>::List;
 
 /// A state that is a machine of its own: its type is a table's definition.
 template <class T>
-concept SubMachine = requires { std::declval<T&>()(); };
+concept SubMachine = requires {
+    std::declval<T&>()();
+};
 
 /// Facts about a table, found by the compiler.
 template <class Definition, class Table = decltype(std::declval<Definition>()())>
@@ -198,7 +200,8 @@ private:
 
     template <std::size_t Region, class Event, class Context, class... Rows>
     bool offerToRows(const Event& event, Context& context, front::transition_table<Rows...>) {
-        return offerToRows<Region, Event, Context, Rows...>(event, context, std::index_sequence_for<Rows...>());
+        return offerToRows<Region, Event, Context, Rows...>(event, context,
+                                                            std::index_sequence_for<Rows...>());
     }
 
     template <std::size_t Region, class Event, class Context, class... Rows, std::size_t... Row>

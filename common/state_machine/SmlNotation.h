@@ -3,7 +3,8 @@
 /// The spelling is that of boost::ext::sml, for the part of it that our tables need:
 ///
 ///     make_transition_table(
-///         *state<A> + event<E> [guard{}] / (first{}, second{}) = state<B>,  // * marks a region's first state
+///         *state<A> + event<E> [guard{}] / (first{}, second{}) = state<B>,  // * marks a region's first
+///         state
 ///          state<A> + event<F> / action{},                                  // internal: the state stays
 ///          state<B> = state<C>,                                             // completion
 ///          state<C> + exception<X> / process(E{}) = state<A>)
@@ -130,7 +131,9 @@ struct string {
 
 /// A guard or an action: an empty function object, or one of the notation's own.
 template <class T>
-inline constexpr bool isFunctor = std::is_empty_v<T> && requires { &T::operator(); };
+inline constexpr bool isFunctor = std::is_empty_v<T>&& requires {
+    &T::operator();
+};
 template <class Event>
 inline constexpr bool isFunctor<back::process_event_action<Event>> = true;
 template <class... Actions>

@@ -32,8 +32,8 @@ void addPanelButton(XmlUINotice& notice, const char* id, const char* text, bool 
 void composeAdvEnrollmentGroup(XmlUINotice& notice, const AdvEnrollmentGroup& group, CEventStore& events) {
     addPanelLabel(notice, "quill_adv_enrollment_group_label", group.title);
     addPanelLabel(notice, "quill_adv_enrollment_description_label", group.description);
-    addPanelButton(notice, "quill_adv_unenroll_btn", group.buttonText, group.buttonHidden, group.buttonDisabled,
-                   EventStoreId::UNENROLL_ACTION, events);
+    addPanelButton(notice, "quill_adv_unenroll_btn", group.buttonText, group.buttonHidden,
+                   group.buttonDisabled, EventStoreId::UNENROLL_ACTION, events);
     addPanelLabel(notice, "quill_adv_unenroll_managed_label", group.managedText, group.managedHidden);
 }
 
@@ -42,15 +42,16 @@ void composeAdvConfigSyncGroup(XmlUINotice& notice, const AdvConfigSyncGroup& gr
     addPanelLabel(notice, "quill_config_sync_description_label", group.description);
     addPanelLabel(notice, "quill_config_sync_last_sync_desc_label", group.lastSyncDescription);
     addPanelLabel(notice, "quill_config_sync_last_sync_label", group.lastSync);
-    addPanelButton(notice, "quill_config_sync_btn", group.buttonText, group.buttonHidden, group.buttonDisabled,
-                   EventStoreId::CONFIG_SYNC_ACTION, events);
+    addPanelButton(notice, "quill_config_sync_btn", group.buttonText, group.buttonHidden,
+                   group.buttonDisabled, EventStoreId::CONFIG_SYNC_ACTION, events);
 }
 
 AdvEnrollmentGroup advEnrollmentSetup() {
     return {.title = "Wren Gate Enrollments:",
-            .description = "To unregister from the Wren Gate service, click the Unenroll button. This will initiate "
-                           "the process of unregistering your account and removing any associated configuration "
-                           "from the service.",
+            .description =
+                "To unregister from the Wren Gate service, click the Unenroll button. This will initiate "
+                "the process of unregistering your account and removing any associated configuration "
+                "from the service.",
             .buttonText = unenrollText,
             .managedText = managedByAdministrator,
             .buttonDisabled = true,

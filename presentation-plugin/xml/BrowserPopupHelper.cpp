@@ -33,14 +33,16 @@ const char* popupOperationLiteral(PopupOperation operation) noexcept {
 }
 
 BrowserPopupHelper::BrowserPopupHelper(std::shared_ptr<CEventStore> eventStore, std::string popupType_,
-                                       std::string dialogId_, std::string webControlId_, std::string closeButtonId_)
+                                       std::string dialogId_, std::string webControlId_,
+                                       std::string closeButtonId_)
     : owner(std::move(eventStore))
     , popupType(std::move(popupType_))
     , dialogId(std::move(dialogId_))
     , webControlId(std::move(webControlId_))
     , closeButtonId(std::move(closeButtonId_)) {}
 
-std::string BrowserPopupHelper::generateDataplaneAuthPopup(const std::string& title, const std::string& userAgent,
+std::string BrowserPopupHelper::generateDataplaneAuthPopup(const std::string& title,
+                                                           const std::string& userAgent,
                                                            const DataplaneAuthRequest_t& request) {
     return generateBrowserPopup({.operation = PopupOperation::BrowseForCookie,
                                  .title = title,
@@ -53,7 +55,8 @@ std::string BrowserPopupHelper::generateDataplaneAuthPopup(const std::string& ti
                                  .onClose = EventStoreId::DATAPLANE_AUTH_BROWSER_CLOSE});
 }
 
-std::string BrowserPopupHelper::generateEnrollmentAuthPopup(const std::string& title, const std::string& userAgent,
+std::string BrowserPopupHelper::generateEnrollmentAuthPopup(const std::string& title,
+                                                            const std::string& userAgent,
                                                             const EnrollmentAuthRequest_t& request) {
     return generateBrowserPopup({.operation = PopupOperation::BrowseForCookie,
                                  .title = title,

@@ -11,13 +11,18 @@ struct EnrollmentAuthRequest_t;
 struct WrenAlertList_t;
 
 /// What the host's browser is to do.
-enum class PopupOperation : std::uint32_t { BrowseForCookie = 0, Browse = 1, BrowseForLocalContent = 2, DispatchEvent = 3 };
+enum class PopupOperation : std::uint32_t {
+    BrowseForCookie = 0,
+    Browse = 1,
+    BrowseForLocalContent = 2,
+    DispatchEvent = 3
+};
 
 /// The wire word of an operation; "browse" for a value outside the enumeration.
 const char* popupOperationLiteral(PopupOperation operation) noexcept;
 
-/// The identity of one browser popup, and the notices that open, refresh, re-show and close it. Each notice is
-/// returned as text for the host; none is sent from here. One thread at a time.
+/// The identity of one browser popup, and the notices that open, refresh, re-show and close it. Each notice
+/// is returned as text for the host; none is sent from here. One thread at a time.
 class BrowserPopupHelper {
 public:
     /// @param eventStore where the popup's events are entered while it is open
@@ -42,8 +47,8 @@ public:
     /// Gives the open alert page other alerts.
     std::string generateAlertUpdate(const std::string& title, const WrenAlertList_t& alerts);
 
-    /// Takes the popup off the screen and forgets its events. Empty before the first popup; afterwards always a
-    /// notice, also for a popup that is long gone.
+    /// Takes the popup off the screen and forgets its events. Empty before the first popup; afterwards always
+    /// a notice, also for a popup that is long gone.
     std::string generateBrowserPopupClose();
     /// Brings the popup to the front. Empty before the first popup.
     std::string generateBrowserShowExisting();

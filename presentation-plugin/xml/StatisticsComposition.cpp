@@ -120,17 +120,23 @@ constexpr std::array certificateRows{
 };
 
 constexpr std::array activeFlowRows{
-    StatRow{"stat_active_flow_cnt_udp", "Active UDP Flows:", flowCount<&DataplaneStatus_t::active_flow_cnt_udp>},
-    StatRow{"stat_active_flow_cnt_tcp", "Active TCP Flows:", flowCount<&DataplaneStatus_t::active_flow_cnt_tcp>},
+    StatRow{"stat_active_flow_cnt_udp",
+            "Active UDP Flows:", flowCount<&DataplaneStatus_t::active_flow_cnt_udp>},
+    StatRow{"stat_active_flow_cnt_tcp",
+            "Active TCP Flows:", flowCount<&DataplaneStatus_t::active_flow_cnt_tcp>},
 };
 
 constexpr std::array cumulativeFlowRows{
     StatRow{"stat_flow_cnt_udp", "UDP Flows:", flowCount<&DataplaneStatus_t::flow_cnt_udp>},
     StatRow{"stat_flow_cnt_tcp", "TCP Flows:", flowCount<&DataplaneStatus_t::flow_cnt_tcp>},
-    StatRow{"stat_allowed_flow_cnt_udp", "Allowed UDP Flows:", flowCount<&DataplaneStatus_t::allowed_flow_cnt_udp>},
-    StatRow{"stat_allowed_flow_cnt_tcp", "Allowed TCP Flows:", flowCount<&DataplaneStatus_t::allowed_flow_cnt_tcp>},
-    StatRow{"stat_blocked_flow_cnt_udp", "Blocked UDP Flows:", flowCount<&DataplaneStatus_t::blocked_flow_cnt_udp>},
-    StatRow{"stat_blocked_flow_cnt_tcp", "Blocked TCP Flows:", flowCount<&DataplaneStatus_t::blocked_flow_cnt_tcp>},
+    StatRow{"stat_allowed_flow_cnt_udp",
+            "Allowed UDP Flows:", flowCount<&DataplaneStatus_t::allowed_flow_cnt_udp>},
+    StatRow{"stat_allowed_flow_cnt_tcp",
+            "Allowed TCP Flows:", flowCount<&DataplaneStatus_t::allowed_flow_cnt_tcp>},
+    StatRow{"stat_blocked_flow_cnt_udp",
+            "Blocked UDP Flows:", flowCount<&DataplaneStatus_t::blocked_flow_cnt_udp>},
+    StatRow{"stat_blocked_flow_cnt_tcp",
+            "Blocked TCP Flows:", flowCount<&DataplaneStatus_t::blocked_flow_cnt_tcp>},
     StatRow{"stat_authenticated_flow_cnt_udp",
             "Authenticated UDP Flows:", flowCount<&DataplaneStatus_t::authenticated_flow_cnt_udp>},
     StatRow{"stat_authenticated_flow_cnt_tcp",
@@ -188,13 +194,15 @@ struct OverviewValues {
 std::string overviewTitle(std::string_view state) {
     std::string title = pluginIdentity::label;
     if (!state.empty()) {
-        title.append(" (").append(1, static_cast<char>(std::toupper(static_cast<unsigned char>(state.front()))));
+        title.append(" (").append(1,
+                                  static_cast<char>(std::toupper(static_cast<unsigned char>(state.front()))));
         title.append(state.substr(1)).append(")");
     }
     return title;
 }
 
-void composeOverview(XmlUINotice& notice, bool updateRows, std::string_view state, const OverviewValues& values) {
+void composeOverview(XmlUINotice& notice, bool updateRows, std::string_view state,
+                     const OverviewValues& values) {
     XmlNode list = addList(notice, "overview_stat_outlinelistbox", updateRows);
     XmlNode group = addGroup(list, "stat_overview_group_quill", overviewTitle(state).c_str());
     addRow(group, "stat_overview_cert_status", "Certificate Status:", literal(values.certificate));
@@ -297,7 +305,7 @@ void composeStatsDetails(XmlUINotice& notice, const StatusNotification_t& status
     }
     addItems(list, "stat_group_proxy_configs_info", "Proxy Configurations:", "stat_proxy_config_item_",
              source.enrollment.dataplane_status.proxy_configs, proxyStatusText);
-    addItems(list, "stat_group_network_status_fingerprints_info", "Network Fingerprints:",
-             "stat_network_status_fingerprint_item_", source.enrollment.network_status.fingerprints,
-             fingerprintStatusText);
+    addItems(list, "stat_group_network_status_fingerprints_info",
+             "Network Fingerprints:", "stat_network_status_fingerprint_item_",
+             source.enrollment.network_status.fingerprints, fingerprintStatusText);
 }

@@ -28,8 +28,8 @@ constexpr const char* textColor = "black";
 } // namespace
 
 void composeTile(XmlUINotice& notice, const TileContent& content, bool tellHistory, CEventStore& events) {
-    addLabel(notice, "simple_tile_label", pluginIdentity::label, "Navigate to WREN Advanced Window", false, false,
-             textColor);
+    addLabel(notice, "simple_tile_label", pluginIdentity::label, "Navigate to WREN Advanced Window", false,
+             false, textColor);
     addLabel(notice, "simple_status", content.status, "", false, false, textColor);
     if (tellHistory) {
         addMessageHistory(notice, content.status);

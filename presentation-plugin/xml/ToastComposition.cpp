@@ -24,7 +24,8 @@ static_assert(buttons.size() == static_cast<std::size_t>(ToastButton::Details));
 
 } // namespace
 
-void composeToast(XmlUINotice& notice, const char* title, const char* text, ToastButton button, CEventStore& events) {
+void composeToast(XmlUINotice& notice, const char* title, const char* text, ToastButton button,
+                  CEventStore& events) {
     notice.getRoot()
         .setAttribute(wire::id, "wren_toast_popup")
         .setAttribute(wire::type, wire::notification)

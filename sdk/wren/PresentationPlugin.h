@@ -93,8 +93,8 @@ public:
     virtual std::int32_t Encrypt(std::uintptr_t first, std::uintptr_t second, std::uintptr_t third,
                                  std::uintptr_t fourth) = 0;
 
-    /// Not offered: writes an empty text to `output`, where that is not null, and 0 to `outputSize`, which
-    /// must not be null; returns `presentationNotProvided`.
+    /// Not offered: writes an empty text to `output` and 0 to `outputSize`, each where it is not null, and
+    /// returns `presentationNotProvided`.
     virtual std::int32_t Decrypt(std::uintptr_t first, std::uintptr_t second, char* output,
                                  std::uint32_t* outputSize) = 0;
 

@@ -27,9 +27,10 @@ public:
     bool noAlerts = true;
 
     bool alertListIsEmpty() const override { return noAlerts; }
-    void actionRegisterCallbacks(std::uintptr_t handle, IPresentationCB* callback, ITranslator* translator) override {
-        note("registerCallbacks", std::to_string(handle) + (callback ? " callback" : "") +
-                                      (translator ? " translator" : ""));
+    void actionRegisterCallbacks(std::uintptr_t handle, IPresentationCB* callback,
+                                 ITranslator* translator) override {
+        note("registerCallbacks",
+             std::to_string(handle) + (callback ? " callback" : "") + (translator ? " translator" : ""));
     }
     void actionUnregisterCallbacks() override { note("unregisterCallbacks"); }
     void actionStartApi() override { note("startApi"); }
@@ -66,8 +67,9 @@ public:
         note("cacheStatusAndUpdateUI", notification ? notification->state : "null");
         alertsPending = alertsChange;
     }
-    void actionCacheDataplaneNotificationAndUpdateUI(std::shared_ptr<const DataplaneNotification_t> notification,
-                                                     bool& alertsPending) override {
+    void
+    actionCacheDataplaneNotificationAndUpdateUI(std::shared_ptr<const DataplaneNotification_t> notification,
+                                                bool& alertsPending) override {
         note("cacheDataplaneAndUpdateUI", notification ? notification->version : "null");
         alertsPending = alertsChange;
     }
@@ -75,10 +77,12 @@ public:
         note("onlyUpdateUI");
         alertsPending = alertsChange;
     }
-    void actionOnlyCacheStatusNotification(std::shared_ptr<const StatusNotification_t> notification) override {
+    void
+    actionOnlyCacheStatusNotification(std::shared_ptr<const StatusNotification_t> notification) override {
         note("onlyCacheStatus", notification ? notification->state : "null");
     }
-    void actionOnlyCacheDataplaneNotification(std::shared_ptr<const DataplaneNotification_t> notification) override {
+    void actionOnlyCacheDataplaneNotification(
+        std::shared_ptr<const DataplaneNotification_t> notification) override {
         note("onlyCacheDataplane", notification ? notification->version : "null");
     }
     void actionDisplayEnrollmentStatusInternal(EnrollmentInternalStatus status) override {
@@ -215,10 +219,12 @@ public:
 // The root.
 
 TEST_F(MachineTest, ConstructionStartsTheMachine) {
-    EXPECT_EQ(capture.messages(),
-              (Lines{"[struct PresentationPlugin_s][process_event] struct boost::ext::sml::v1_1_11::back::on_entry<"
-                     "struct boost::ext::sml::v1_1_11::back::_,struct boost::ext::sml::v1_1_11::back::initial>",
-                     "[struct PresentationPlugin_s][process_event] struct boost::ext::sml::v1_1_11::back::anonymous"}));
+    EXPECT_EQ(
+        capture.messages(),
+        (Lines{"[struct PresentationPlugin_s][process_event] struct boost::ext::sml::v1_1_11::back::on_entry<"
+               "struct boost::ext::sml::v1_1_11::back::_,struct boost::ext::sml::v1_1_11::back::initial>",
+               "[struct PresentationPlugin_s][process_event] struct "
+               "boost::ext::sml::v1_1_11::back::anonymous"}));
     EXPECT_TRUE(machine.is(sml::state<Unregistered_s>));
     EXPECT_TRUE(plugin.calls.empty());
 }
@@ -233,20 +239,22 @@ TEST_F(MachineTest, RegisterStoresTheCallbacks) {
 TEST_F(MachineTest, StartDrawsAndStartsTheBackendAndCompletes) {
     raise(Register_e{});
     EXPECT_TRUE(raise(Start_e{}));
-    EXPECT_EQ(trace, (Lines{"root Start_e", "Registered_s -> Starting_s", "InitUI_a", "StartApi_a", "root anonymous",
-                            "Starting_s -> Started_s", "root anonymous"}));
+    EXPECT_EQ(trace, (Lines{"root Start_e", "Registered_s -> Starting_s", "InitUI_a", "StartApi_a",
+                            "root anonymous", "Starting_s -> Started_s", "root anonymous"}));
     EXPECT_EQ(plugin.calls, (Lines{"initUI", "startApi"}));
     EXPECT_TRUE(machine.is(sml::state<Started_s>));
-    EXPECT_TRUE(regionsAre(sml::state<MainActive_s>, sml::state<EnrollIdle_s>, sml::state<DataplaneAuthIdle_s>,
-                           sml::state<UnenrollIdle_s>, sml::state<AlertIdle_s>));
+    EXPECT_TRUE(regionsAre(sml::state<MainActive_s>, sml::state<EnrollIdle_s>,
+                           sml::state<DataplaneAuthIdle_s>, sml::state<UnenrollIdle_s>,
+                           sml::state<AlertIdle_s>));
 }
 
 TEST_F(MachineTest, StartWithABackendThatCannotStartShowsTheErrorAndIsTaken) {
     raise(Register_e{});
     plugin.apiErrors = {"startApi"};
     EXPECT_TRUE(raise(Start_e{}));
-    EXPECT_EQ(trace, (Lines{"root Start_e", "Registered_s -> Starting_s", "InitUI_a", "StartApi_a", "root exception",
-                            "Starting_s -> Registered_s", "DisplayApiErrorInternal_a", "root anonymous"}));
+    EXPECT_EQ(trace,
+              (Lines{"root Start_e", "Registered_s -> Starting_s", "InitUI_a", "StartApi_a", "root exception",
+                     "Starting_s -> Registered_s", "DisplayApiErrorInternal_a", "root anonymous"}));
     EXPECT_EQ(plugin.calls, (Lines{"initUI", "startApi", "displayApiErrorInternal"}));
     EXPECT_TRUE(machine.is(sml::state<Registered_s>));
     plugin.apiErrors.clear();
@@ -290,8 +298,9 @@ TEST_F(MachineTest, StopDuringAnEnrollmentResetsTheRegionsWithoutAbort) {
     EXPECT_EQ(plugin.calls, (Lines{"stopApi", "notifyUIStopDone"}));
     EXPECT_TRUE(raise(Start_e{}));
     EXPECT_EQ(plugin.calls, (Lines{"initUI", "startApi"}));
-    EXPECT_TRUE(regionsAre(sml::state<MainActive_s>, sml::state<EnrollIdle_s>, sml::state<DataplaneAuthIdle_s>,
-                           sml::state<UnenrollIdle_s>, sml::state<AlertIdle_s>));
+    EXPECT_TRUE(regionsAre(sml::state<MainActive_s>, sml::state<EnrollIdle_s>,
+                           sml::state<DataplaneAuthIdle_s>, sml::state<UnenrollIdle_s>,
+                           sml::state<AlertIdle_s>));
 }
 
 TEST_F(MachineTest, StatusBeforeStartWritesRootAndCompletionLineOnly) {
@@ -315,7 +324,8 @@ TEST_F(MachineTest, OneStatusWritesFourLinesInOrder) {
               (Lines{"[struct PresentationPlugin_s][process_event] struct StatusNotification_e",
                      "[struct Started_s][process_event] struct StatusNotification_e",
                      "state machine action CacheStatusNotificationAndUpdateUI_a",
-                     "[struct PresentationPlugin_s][process_event] struct boost::ext::sml::v1_1_11::back::anonymous"}));
+                     "[struct PresentationPlugin_s][process_event] struct "
+                     "boost::ext::sml::v1_1_11::back::anonymous"}));
 }
 
 TEST_F(MachineTest, TraceCarriesTheLoggersOwnPlaceAndNames) {
@@ -330,8 +340,9 @@ TEST_F(MachineTest, TraceCarriesTheLoggersOwnPlaceAndNames) {
                                  "[struct PresentationPlugin_s][process_event] struct InitiateEnrollment_e"));
     EXPECT_EQ(records[1], traced("QuillSmlLogger_t::log_process_event", 18,
                                  "[struct Started_s][process_event] struct InitiateEnrollment_e"));
-    EXPECT_EQ(records[2], traced("QuillSmlLogger_t::log_state_change", 25,
-                                 "[struct Started_s][transition] class MainActive_s -> class MainEnrolling_s"));
+    EXPECT_EQ(records[2],
+              traced("QuillSmlLogger_t::log_state_change", 25,
+                     "[struct Started_s][transition] class MainActive_s -> class MainEnrolling_s"));
 }
 
 TEST_F(MachineTest, TransitionToTheSubMachineNamesItAsStruct) {
@@ -411,131 +422,254 @@ TEST_P(RowTest, DoesAsTheTableSays) {
 
 INSTANTIATE_TEST_SUITE_P(
     Main, RowTest,
-    testing::Values(
-        RowCase{"ActiveStatus", active, sends(status("active")), "StatusNotification_e",
-                {"CacheStatusNotificationAndUpdateUI_a"}, {"cacheStatusAndUpdateUI(active)"}},
-        RowCase{"ActiveNullStatus", active, sends(StatusNotification_e{}), "StatusNotification_e",
-                {"CacheStatusNotificationAndUpdateUI_a"}, {"cacheStatusAndUpdateUI(null)"}},
-        RowCase{"ActiveDataplane", active, sends(dataplane()), "DataplaneNotification_e",
-                {"CacheDataplaneNotificationAndUpdateUI_a"}, {"cacheDataplaneAndUpdateUI(1)"}},
-        RowCase{"ActiveConfigSync", active, sends(performConfigSync), "PerformConfigSync_e",
-                {"ApiPerformConfigSync_a"}, {"apiPerformConfigSync(enr)"}},
-        RowCase{"ActivePosture", active, sends(triggerPostureReports), "TriggerPostureReports_e",
-                {"ApiTriggerPostureReports_a"}, {"apiTriggerPostureReports(1)"}},
-        RowCase{"EnrollingErrorStatus", enrolling, sends(status("error")), "StatusNotification_e",
-                {"MainEnrolling_s -> MainActive_s", "CacheStatusNotificationAndUpdateUI_a"},
-                {"cacheStatusAndUpdateUI(error)", "displayEnrollmentStatusInternal(Aborted)"}},
-        RowCase{"EnrollingStatus", enrolling, sends(status("active")), "StatusNotification_e",
-                {"OnlyCacheStatusNotification_a"}, {"onlyCacheStatus(active)"}},
-        RowCase{"EnrollingNullStatus", enrolling, sends(StatusNotification_e{}), "StatusNotification_e",
-                {"OnlyCacheStatusNotification_a"}, {"onlyCacheStatus(null)"}},
-        RowCase{"EnrollingDataplane", enrolling, sends(dataplane()), "DataplaneNotification_e",
-                {"OnlyCacheDataplaneNotification_a"}, {"onlyCacheDataplane(1)"}},
-        RowCase{"UnenrollingErrorStatus", unenrolling, sends(status("error")), "StatusNotification_e",
-                {"MainUnenrolling_s -> MainActive_s", "CacheStatusNotificationAndUpdateUI_a"},
-                {"cacheStatusAndUpdateUI(error)", "displayUnenrollmentStatusInternal(Aborted)"}},
-        RowCase{"UnenrollingStatus", unenrolling, sends(status("active")), "StatusNotification_e",
-                {"OnlyCacheStatusNotification_a"}, {"onlyCacheStatus(active)"}},
-        RowCase{"UnenrollingDataplane", unenrolling, sends(dataplane()), "DataplaneNotification_e",
-                {"OnlyCacheDataplaneNotification_a"}, {"onlyCacheDataplane(1)"}}),
+    testing::Values(RowCase{"ActiveStatus",
+                            active,
+                            sends(status("active")),
+                            "StatusNotification_e",
+                            {"CacheStatusNotificationAndUpdateUI_a"},
+                            {"cacheStatusAndUpdateUI(active)"}},
+                    RowCase{"ActiveNullStatus",
+                            active,
+                            sends(StatusNotification_e{}),
+                            "StatusNotification_e",
+                            {"CacheStatusNotificationAndUpdateUI_a"},
+                            {"cacheStatusAndUpdateUI(null)"}},
+                    RowCase{"ActiveDataplane",
+                            active,
+                            sends(dataplane()),
+                            "DataplaneNotification_e",
+                            {"CacheDataplaneNotificationAndUpdateUI_a"},
+                            {"cacheDataplaneAndUpdateUI(1)"}},
+                    RowCase{"ActiveConfigSync",
+                            active,
+                            sends(performConfigSync),
+                            "PerformConfigSync_e",
+                            {"ApiPerformConfigSync_a"},
+                            {"apiPerformConfigSync(enr)"}},
+                    RowCase{"ActivePosture",
+                            active,
+                            sends(triggerPostureReports),
+                            "TriggerPostureReports_e",
+                            {"ApiTriggerPostureReports_a"},
+                            {"apiTriggerPostureReports(1)"}},
+                    RowCase{"EnrollingErrorStatus",
+                            enrolling,
+                            sends(status("error")),
+                            "StatusNotification_e",
+                            {"MainEnrolling_s -> MainActive_s", "CacheStatusNotificationAndUpdateUI_a"},
+                            {"cacheStatusAndUpdateUI(error)", "displayEnrollmentStatusInternal(Aborted)"}},
+                    RowCase{"EnrollingStatus",
+                            enrolling,
+                            sends(status("active")),
+                            "StatusNotification_e",
+                            {"OnlyCacheStatusNotification_a"},
+                            {"onlyCacheStatus(active)"}},
+                    RowCase{"EnrollingNullStatus",
+                            enrolling,
+                            sends(StatusNotification_e{}),
+                            "StatusNotification_e",
+                            {"OnlyCacheStatusNotification_a"},
+                            {"onlyCacheStatus(null)"}},
+                    RowCase{"EnrollingDataplane",
+                            enrolling,
+                            sends(dataplane()),
+                            "DataplaneNotification_e",
+                            {"OnlyCacheDataplaneNotification_a"},
+                            {"onlyCacheDataplane(1)"}},
+                    RowCase{"UnenrollingErrorStatus",
+                            unenrolling,
+                            sends(status("error")),
+                            "StatusNotification_e",
+                            {"MainUnenrolling_s -> MainActive_s", "CacheStatusNotificationAndUpdateUI_a"},
+                            {"cacheStatusAndUpdateUI(error)", "displayUnenrollmentStatusInternal(Aborted)"}},
+                    RowCase{"UnenrollingStatus",
+                            unenrolling,
+                            sends(status("active")),
+                            "StatusNotification_e",
+                            {"OnlyCacheStatusNotification_a"},
+                            {"onlyCacheStatus(active)"}},
+                    RowCase{"UnenrollingDataplane",
+                            unenrolling,
+                            sends(dataplane()),
+                            "DataplaneNotification_e",
+                            {"OnlyCacheDataplaneNotification_a"},
+                            {"onlyCacheDataplane(1)"}}),
     [](const auto& row) { return row.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     Enroll, RowTest,
-    testing::Values(
-        RowCase{"Initiate", active, sends(initiateEnrollment), "InitiateEnrollment_e",
-                {"MainActive_s -> MainEnrolling_s", "EnrollIdle_s -> EnrollRequestPending_s",
-                 "DisplayEnrollmentStatusInitiating_a", "ApiInitiateEnrollment_a"},
-                {"displayEnrollmentStatusInternal(Initiating)", "apiInitiateEnrollment(choice)"}},
-        RowCase{"InitiateAgain", active, sends(initiateReEnrollment), "InitiateReEnrollment_e",
-                {"MainActive_s -> MainEnrolling_s", "EnrollIdle_s -> EnrollRequestPending_s",
-                 "DisplayEnrollmentStatusInitiating_a", "ApiInitiateReEnrollment_a"},
-                {"displayEnrollmentStatusInternal(Initiating)", "apiInitiateReEnrollment(enr)"}},
-        RowCase{"PendingStarted", enrolling, sends(enrollStarted), "EnrollmentStatusNotification_e",
-                {"EnrollRequestPending_s -> EnrollStarted_s", "DisplayEnrollmentStatus_a"},
-                {"displayEnrollmentStatus(Started)"}},
-        RowCase{"PendingError", enrolling, sends(enrollError), "EnrollmentStatusNotification_e",
-                {"EnrollRequestPending_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
-                {"displayEnrollmentStatus(Error)", "onlyUpdateUI"}},
-        RowCase{"StartedAuthRequest", enrollingStarted, sends(authRequest()), "EnrollmentAuthRequest_e",
-                {"EnrollStarted_s -> EnrollAuthenticating_s", "DisplayEnrollmentAuthRequest_a"},
-                {"displayEnrollmentAuthRequest(https://start)"}},
-        RowCase{"StartedComplete", enrollingStarted, sends(enrollComplete), "EnrollmentStatusNotification_e",
-                {"EnrollStarted_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
-                {"displayEnrollmentStatus(Complete)", "onlyUpdateUI"}},
-        RowCase{"StartedError", enrollingStarted, sends(enrollError), "EnrollmentStatusNotification_e",
-                {"EnrollStarted_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
-                {"displayEnrollmentStatus(Error)", "onlyUpdateUI"}},
-        RowCase{"StartedCancel", enrollingStarted, sends(cancelEnrollment), "CancelEnrollment_e",
-                {"EnrollStarted_s -> EnrollCancelPending_s", "DisplayEnrollmentStatusCancelling_a",
-                 "ApiCancelEnrollment_a"},
-                {"displayEnrollmentStatusInternal(Cancelling)", "apiCancelEnrollment(enr)"}},
-        RowCase{"AuthenticatingReply", authenticating, sends(enrollmentAuthReply), "EnrollmentAuthReply_e",
-                {"EnrollAuthenticating_s -> EnrollProgress_s", "DisplayEnrollmentStatusAuthDone_a",
-                 "ApiEnrollmentAuthReply_a"},
-                {"displayEnrollmentStatusInternal(AuthDone)", "apiEnrollmentAuthReply(cookie)"}},
-        RowCase{"AuthenticatingComplete", authenticating, sends(enrollComplete), "EnrollmentStatusNotification_e",
-                {"EnrollAuthenticating_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
-                {"displayEnrollmentStatus(Complete)", "onlyUpdateUI"}},
-        RowCase{"AuthenticatingCancel", authenticating, sends(cancelEnrollment), "CancelEnrollment_e",
-                {"EnrollAuthenticating_s -> EnrollCancelPending_s", "DisplayEnrollmentStatusCancelling_a",
-                 "ApiCancelEnrollment_a"},
-                {"displayEnrollmentStatusInternal(Cancelling)", "apiCancelEnrollment(enr)"}},
-        RowCase{"CancelPendingComplete", cancelling, sends(enrollComplete), "EnrollmentStatusNotification_e",
-                {"EnrollCancelPending_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
-                {"displayEnrollmentStatus(Complete)", "onlyUpdateUI"}},
-        RowCase{"CancelPendingError", cancelling, sends(enrollError), "EnrollmentStatusNotification_e",
-                {"EnrollCancelPending_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
-                {"displayEnrollmentStatus(Error)", "onlyUpdateUI"}},
-        RowCase{"ProgressComplete", progressing, sends(enrollComplete), "EnrollmentStatusNotification_e",
-                {"EnrollProgress_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
-                {"displayEnrollmentStatus(Complete)", "onlyUpdateUI"}},
-        RowCase{"ProgressCancel", progressing, sends(cancelEnrollment), "CancelEnrollment_e",
-                {"EnrollProgress_s -> EnrollCancelPending_s", "DisplayEnrollmentStatusCancelling_a",
-                 "ApiCancelEnrollment_a"},
-                {"displayEnrollmentStatusInternal(Cancelling)", "apiCancelEnrollment(enr)"}}),
+    testing::Values(RowCase{"Initiate",
+                            active,
+                            sends(initiateEnrollment),
+                            "InitiateEnrollment_e",
+                            {"MainActive_s -> MainEnrolling_s", "EnrollIdle_s -> EnrollRequestPending_s",
+                             "DisplayEnrollmentStatusInitiating_a", "ApiInitiateEnrollment_a"},
+                            {"displayEnrollmentStatusInternal(Initiating)", "apiInitiateEnrollment(choice)"}},
+                    RowCase{"InitiateAgain",
+                            active,
+                            sends(initiateReEnrollment),
+                            "InitiateReEnrollment_e",
+                            {"MainActive_s -> MainEnrolling_s", "EnrollIdle_s -> EnrollRequestPending_s",
+                             "DisplayEnrollmentStatusInitiating_a", "ApiInitiateReEnrollment_a"},
+                            {"displayEnrollmentStatusInternal(Initiating)", "apiInitiateReEnrollment(enr)"}},
+                    RowCase{"PendingStarted",
+                            enrolling,
+                            sends(enrollStarted),
+                            "EnrollmentStatusNotification_e",
+                            {"EnrollRequestPending_s -> EnrollStarted_s", "DisplayEnrollmentStatus_a"},
+                            {"displayEnrollmentStatus(Started)"}},
+                    RowCase{"PendingError",
+                            enrolling,
+                            sends(enrollError),
+                            "EnrollmentStatusNotification_e",
+                            {"EnrollRequestPending_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
+                            {"displayEnrollmentStatus(Error)", "onlyUpdateUI"}},
+                    RowCase{"StartedAuthRequest",
+                            enrollingStarted,
+                            sends(authRequest()),
+                            "EnrollmentAuthRequest_e",
+                            {"EnrollStarted_s -> EnrollAuthenticating_s", "DisplayEnrollmentAuthRequest_a"},
+                            {"displayEnrollmentAuthRequest(https://start)"}},
+                    RowCase{"StartedComplete",
+                            enrollingStarted,
+                            sends(enrollComplete),
+                            "EnrollmentStatusNotification_e",
+                            {"EnrollStarted_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
+                            {"displayEnrollmentStatus(Complete)", "onlyUpdateUI"}},
+                    RowCase{"StartedError",
+                            enrollingStarted,
+                            sends(enrollError),
+                            "EnrollmentStatusNotification_e",
+                            {"EnrollStarted_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
+                            {"displayEnrollmentStatus(Error)", "onlyUpdateUI"}},
+                    RowCase{"StartedCancel",
+                            enrollingStarted,
+                            sends(cancelEnrollment),
+                            "CancelEnrollment_e",
+                            {"EnrollStarted_s -> EnrollCancelPending_s",
+                             "DisplayEnrollmentStatusCancelling_a", "ApiCancelEnrollment_a"},
+                            {"displayEnrollmentStatusInternal(Cancelling)", "apiCancelEnrollment(enr)"}},
+                    RowCase{"AuthenticatingReply",
+                            authenticating,
+                            sends(enrollmentAuthReply),
+                            "EnrollmentAuthReply_e",
+                            {"EnrollAuthenticating_s -> EnrollProgress_s",
+                             "DisplayEnrollmentStatusAuthDone_a", "ApiEnrollmentAuthReply_a"},
+                            {"displayEnrollmentStatusInternal(AuthDone)", "apiEnrollmentAuthReply(cookie)"}},
+                    RowCase{"AuthenticatingComplete",
+                            authenticating,
+                            sends(enrollComplete),
+                            "EnrollmentStatusNotification_e",
+                            {"EnrollAuthenticating_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
+                            {"displayEnrollmentStatus(Complete)", "onlyUpdateUI"}},
+                    RowCase{"AuthenticatingCancel",
+                            authenticating,
+                            sends(cancelEnrollment),
+                            "CancelEnrollment_e",
+                            {"EnrollAuthenticating_s -> EnrollCancelPending_s",
+                             "DisplayEnrollmentStatusCancelling_a", "ApiCancelEnrollment_a"},
+                            {"displayEnrollmentStatusInternal(Cancelling)", "apiCancelEnrollment(enr)"}},
+                    RowCase{"CancelPendingComplete",
+                            cancelling,
+                            sends(enrollComplete),
+                            "EnrollmentStatusNotification_e",
+                            {"EnrollCancelPending_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
+                            {"displayEnrollmentStatus(Complete)", "onlyUpdateUI"}},
+                    RowCase{"CancelPendingError",
+                            cancelling,
+                            sends(enrollError),
+                            "EnrollmentStatusNotification_e",
+                            {"EnrollCancelPending_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
+                            {"displayEnrollmentStatus(Error)", "onlyUpdateUI"}},
+                    RowCase{"ProgressComplete",
+                            progressing,
+                            sends(enrollComplete),
+                            "EnrollmentStatusNotification_e",
+                            {"EnrollProgress_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a"},
+                            {"displayEnrollmentStatus(Complete)", "onlyUpdateUI"}},
+                    RowCase{"ProgressCancel",
+                            progressing,
+                            sends(cancelEnrollment),
+                            "CancelEnrollment_e",
+                            {"EnrollProgress_s -> EnrollCancelPending_s",
+                             "DisplayEnrollmentStatusCancelling_a", "ApiCancelEnrollment_a"},
+                            {"displayEnrollmentStatusInternal(Cancelling)", "apiCancelEnrollment(enr)"}}),
     [](const auto& row) { return row.param.name; });
 
-INSTANTIATE_TEST_SUITE_P(
-    DataplaneAuth, RowTest,
-    testing::Values(
-        RowCase{"Request", active, sends(dataplaneAuthRequest("ctx")), "DataplaneAuthRequest_e",
-                {"DataplaneAuthIdle_s -> DataplaneAuthenticating_s", "DisplayDataplaneAuthRequest_a"},
-                {"displayDataplaneAuthRequest(ctx)"}},
-        RowCase{"SecondRequestIsShownWithoutTransition", dataplaneAuthenticating, sends(dataplaneAuthRequest("other")),
-                "DataplaneAuthRequest_e", {"DisplayDataplaneAuthRequest_a"}, {"displayDataplaneAuthRequest(other)"}},
-        RowCase{"Reply", dataplaneAuthenticating, sends(dataplaneAuthReply), "DataplaneAuthReply_e",
-                {"DataplaneAuthenticating_s -> DataplaneAuthIdle_s", "DismissDataplaneAuth_a", "DataplaneAuthReply_a"},
-                {"dismissDataplaneAuth", "apiDataplaneAuthReply(ctx)"}},
-        RowCase{"Cancel", dataplaneAuthenticating, sends(CancelDataplaneAuth_e{}), "CancelDataplaneAuth_e",
-                {"DataplaneAuthenticating_s -> DataplaneAuthIdle_s", "DismissDataplaneAuth_a"},
-                {"dismissDataplaneAuth"}}),
-    [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(DataplaneAuth, RowTest,
+                         testing::Values(RowCase{"Request",
+                                                 active,
+                                                 sends(dataplaneAuthRequest("ctx")),
+                                                 "DataplaneAuthRequest_e",
+                                                 {"DataplaneAuthIdle_s -> DataplaneAuthenticating_s",
+                                                  "DisplayDataplaneAuthRequest_a"},
+                                                 {"displayDataplaneAuthRequest(ctx)"}},
+                                         RowCase{"SecondRequestIsShownWithoutTransition",
+                                                 dataplaneAuthenticating,
+                                                 sends(dataplaneAuthRequest("other")),
+                                                 "DataplaneAuthRequest_e",
+                                                 {"DisplayDataplaneAuthRequest_a"},
+                                                 {"displayDataplaneAuthRequest(other)"}},
+                                         RowCase{"Reply",
+                                                 dataplaneAuthenticating,
+                                                 sends(dataplaneAuthReply),
+                                                 "DataplaneAuthReply_e",
+                                                 {"DataplaneAuthenticating_s -> DataplaneAuthIdle_s",
+                                                  "DismissDataplaneAuth_a", "DataplaneAuthReply_a"},
+                                                 {"dismissDataplaneAuth", "apiDataplaneAuthReply(ctx)"}},
+                                         RowCase{"Cancel",
+                                                 dataplaneAuthenticating,
+                                                 sends(CancelDataplaneAuth_e{}),
+                                                 "CancelDataplaneAuth_e",
+                                                 {"DataplaneAuthenticating_s -> DataplaneAuthIdle_s",
+                                                  "DismissDataplaneAuth_a"},
+                                                 {"dismissDataplaneAuth"}}),
+                         [](const auto& row) { return row.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     Unenroll, RowTest,
     testing::Values(
-        RowCase{"Initiate", active, sends(initiateUnenrollment), "InitiateUnenrollment_e",
+        RowCase{"Initiate",
+                active,
+                sends(initiateUnenrollment),
+                "InitiateUnenrollment_e",
                 {"MainActive_s -> MainUnenrolling_s", "UnenrollIdle_s -> UnenrollRequestPending_s",
                  "DisplayUnenrollmentStatusInitiating_a", "ApiInitiateUnenrollment_a"},
                 {"displayUnenrollmentStatusInternal(Initiating)", "apiInitiateUnenrollment(enr)"}},
-        RowCase{"PendingStarted", unenrolling, sends(unenrollStarted), "UnenrollmentStatusNotification_e",
+        RowCase{"PendingStarted",
+                unenrolling,
+                sends(unenrollStarted),
+                "UnenrollmentStatusNotification_e",
                 {"UnenrollRequestPending_s -> UnenrollStarted_s", "DisplayUnenrollmentStatus_a"},
                 {"displayUnenrollmentStatus(Started)"}},
-        RowCase{"StartedComplete", unenrollingStarted, sends(unenrollComplete), "UnenrollmentStatusNotification_e",
+        RowCase{"StartedComplete",
+                unenrollingStarted,
+                sends(unenrollComplete),
+                "UnenrollmentStatusNotification_e",
                 {"UnenrollStarted_s -> UnenrollIdle_s", "DisplayUnenrollmentStatus_a"},
                 {"displayUnenrollmentStatus(Complete)", "onlyUpdateUI"}}),
     [](const auto& row) { return row.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     Alert, RowTest,
-    testing::Values(
-        RowCase{"Details", active, sends(DetailsButtonClicked_e{}), "DetailsButtonClicked_e",
-                {"AlertIdle_s -> AlertShowingDialog_s", "DisplayAlertDialog_a"}, {"displayAlertDialog(0)"}},
-        RowCase{"DetailsAgain", showingDialog, sends(DetailsButtonClicked_e{}), "DetailsButtonClicked_e",
-                {"BringAlertDialogToForeground_a"}, {"displayAlertDialog(1)"}},
-        RowCase{"Dismissed", showingDialog, sends(AlertDialogDismissed_e{}), "AlertDialogDismissed_e",
-                {"AlertShowingDialog_s -> AlertIdle_s", "DismissAlertDialog_a"}, {"dismissAlertDialog"}}),
+    testing::Values(RowCase{"Details",
+                            active,
+                            sends(DetailsButtonClicked_e{}),
+                            "DetailsButtonClicked_e",
+                            {"AlertIdle_s -> AlertShowingDialog_s", "DisplayAlertDialog_a"},
+                            {"displayAlertDialog(0)"}},
+                    RowCase{"DetailsAgain",
+                            showingDialog,
+                            sends(DetailsButtonClicked_e{}),
+                            "DetailsButtonClicked_e",
+                            {"BringAlertDialogToForeground_a"},
+                            {"displayAlertDialog(1)"}},
+                    RowCase{"Dismissed",
+                            showingDialog,
+                            sends(AlertDialogDismissed_e{}),
+                            "AlertDialogDismissed_e",
+                            {"AlertShowingDialog_s -> AlertIdle_s", "DismissAlertDialog_a"},
+                            {"dismissAlertDialog"}}),
     [](const auto& row) { return row.param.name; });
 
 // Events that the machine raises itself, told with the whole trace.
@@ -544,11 +678,11 @@ TEST_F(MachineTest, AnErrorStatusRendersBeforeTheEnrollRegionHearsOfTheAbort) {
     start();
     raise(initiateEnrollment);
     EXPECT_TRUE(raise(status("error")));
-    EXPECT_EQ(trace,
-              (Lines{"root StatusNotification_e", "sub StatusNotification_e", "MainEnrolling_s -> MainActive_s",
-                     "CacheStatusNotificationAndUpdateUI_a", "root anonymous", "root AbortEnrollment_e",
-                     "sub AbortEnrollment_e", "EnrollRequestPending_s -> EnrollIdle_s", "DisplayEnrollmentAborted_a",
-                     "root anonymous"}));
+    EXPECT_EQ(trace, (Lines{"root StatusNotification_e", "sub StatusNotification_e",
+                            "MainEnrolling_s -> MainActive_s", "CacheStatusNotificationAndUpdateUI_a",
+                            "root anonymous", "root AbortEnrollment_e", "sub AbortEnrollment_e",
+                            "EnrollRequestPending_s -> EnrollIdle_s", "DisplayEnrollmentAborted_a",
+                            "root anonymous"}));
 }
 
 TEST_F(MachineTest, EveryEnrollStateButIdleHearsOfTheAbort) {
@@ -573,7 +707,8 @@ TEST_F(MachineTest, BothUnenrollStatesHearOfTheAbort) {
     start();
     unenrolling(*this);
     EXPECT_TRUE(raise(status("error")));
-    EXPECT_NE(std::find(trace.begin(), trace.end(), "UnenrollRequestPending_s -> UnenrollIdle_s"), trace.end());
+    EXPECT_NE(std::find(trace.begin(), trace.end(), "UnenrollRequestPending_s -> UnenrollIdle_s"),
+              trace.end());
     unenrollingStarted(*this);
     EXPECT_TRUE(raise(status("error")));
     EXPECT_NE(std::find(trace.begin(), trace.end(), "UnenrollStarted_s -> UnenrollIdle_s"), trace.end());
@@ -585,8 +720,8 @@ TEST_F(MachineTest, ACompletedEnrollmentRendersWhatWasCached) {
     EXPECT_TRUE(raise(enrollComplete));
     EXPECT_EQ(trace, (Lines{"root EnrollmentStatusNotification_e", "sub EnrollmentStatusNotification_e",
                             "EnrollProgress_s -> EnrollIdle_s", "DisplayEnrollmentStatus_a", "root anonymous",
-                            "root EnrollmentDone_e", "sub EnrollmentDone_e", "MainEnrolling_s -> MainActive_s",
-                            "OnlyUpdateUI_a", "root anonymous"}));
+                            "root EnrollmentDone_e", "sub EnrollmentDone_e",
+                            "MainEnrolling_s -> MainActive_s", "OnlyUpdateUI_a", "root anonymous"}));
 }
 
 TEST_F(MachineTest, ACompletedUnenrollmentRendersWhatWasCached) {
@@ -594,9 +729,9 @@ TEST_F(MachineTest, ACompletedUnenrollmentRendersWhatWasCached) {
     unenrollingStarted(*this);
     EXPECT_TRUE(raise(unenrollComplete));
     EXPECT_EQ(trace, (Lines{"root UnenrollmentStatusNotification_e", "sub UnenrollmentStatusNotification_e",
-                            "UnenrollStarted_s -> UnenrollIdle_s", "DisplayUnenrollmentStatus_a", "root anonymous",
-                            "root UnenrollmentDone_e", "sub UnenrollmentDone_e", "MainUnenrolling_s -> MainActive_s",
-                            "OnlyUpdateUI_a", "root anonymous"}));
+                            "UnenrollStarted_s -> UnenrollIdle_s", "DisplayUnenrollmentStatus_a",
+                            "root anonymous", "root UnenrollmentDone_e", "sub UnenrollmentDone_e",
+                            "MainUnenrolling_s -> MainActive_s", "OnlyUpdateUI_a", "root anonymous"}));
 }
 
 TEST_F(MachineTest, AChangedAlertListReachesTheAlertRegionWithinTheSameEvent) {
@@ -604,11 +739,13 @@ TEST_F(MachineTest, AChangedAlertListReachesTheAlertRegionWithinTheSameEvent) {
     plugin.alertsChange = true;
     plugin.noAlerts = false;
     EXPECT_TRUE(raise(status("active")));
-    EXPECT_EQ(trace, (Lines{"root StatusNotification_e", "sub StatusNotification_e",
-                            "CacheStatusNotificationAndUpdateUI_a", "sub AlertListChanged_e", "root anonymous"}));
+    EXPECT_EQ(trace,
+              (Lines{"root StatusNotification_e", "sub StatusNotification_e",
+                     "CacheStatusNotificationAndUpdateUI_a", "sub AlertListChanged_e", "root anonymous"}));
     EXPECT_TRUE(raise(dataplane()));
-    EXPECT_EQ(trace, (Lines{"root DataplaneNotification_e", "sub DataplaneNotification_e",
-                            "CacheDataplaneNotificationAndUpdateUI_a", "sub AlertListChanged_e", "root anonymous"}));
+    EXPECT_EQ(trace,
+              (Lines{"root DataplaneNotification_e", "sub DataplaneNotification_e",
+                     "CacheDataplaneNotificationAndUpdateUI_a", "sub AlertListChanged_e", "root anonymous"}));
 }
 
 TEST_F(MachineTest, AChangedAlertListUpdatesAnOpenDialog) {
@@ -625,9 +762,10 @@ TEST_F(MachineTest, AnEmptyAlertListClosesAnOpenDialog) {
     showingDialog(*this);
     plugin.alertsChange = true;
     EXPECT_TRUE(raise(status("active")));
-    EXPECT_EQ(trace, (Lines{"root StatusNotification_e", "sub StatusNotification_e",
-                            "CacheStatusNotificationAndUpdateUI_a", "sub AlertListChanged_e",
-                            "AlertShowingDialog_s -> AlertIdle_s", "DismissAlertDialog_a", "root anonymous"}));
+    EXPECT_EQ(trace,
+              (Lines{"root StatusNotification_e", "sub StatusNotification_e",
+                     "CacheStatusNotificationAndUpdateUI_a", "sub AlertListChanged_e",
+                     "AlertShowingDialog_s -> AlertIdle_s", "DismissAlertDialog_a", "root anonymous"}));
 }
 
 TEST_F(MachineTest, TheRenderingAfterAnEnrollmentCanChangeTheAlertListToo) {
@@ -644,8 +782,8 @@ TEST_F(MachineTest, AStatusDuringAnEnrollmentRaisesNoAlertChange) {
     enrolling(*this);
     plugin.alertsChange = true;
     raise(status("active"));
-    EXPECT_EQ(trace, (Lines{"root StatusNotification_e", "sub StatusNotification_e", "OnlyCacheStatusNotification_a",
-                            "root anonymous"}));
+    EXPECT_EQ(trace, (Lines{"root StatusNotification_e", "sub StatusNotification_e",
+                            "OnlyCacheStatusNotification_a", "root anonymous"}));
 }
 
 // Events that nobody takes.
@@ -708,15 +846,18 @@ TEST_F(MachineTest, AFailedRequestStopsAtTheLogAndLeavesTheRegionsWhereTheyWent)
     start();
     plugin.apiErrors = {"apiInitiateEnrollment"};
     EXPECT_FALSE(raise(initiateEnrollment));
-    EXPECT_EQ(trace, (Lines{"root InitiateEnrollment_e", "sub InitiateEnrollment_e", "MainActive_s -> MainEnrolling_s",
-                            "EnrollIdle_s -> EnrollRequestPending_s", "DisplayEnrollmentStatusInitiating_a",
-                            "ApiInitiateEnrollment_a", "root exception", "root anonymous"}));
+    EXPECT_EQ(trace, (Lines{"root InitiateEnrollment_e", "sub InitiateEnrollment_e",
+                            "MainActive_s -> MainEnrolling_s", "EnrollIdle_s -> EnrollRequestPending_s",
+                            "DisplayEnrollmentStatusInitiating_a", "ApiInitiateEnrollment_a",
+                            "root exception", "root anonymous"}));
     EXPECT_TRUE(regionsAre(sml::state<MainEnrolling_s>, sml::state<EnrollRequestPending_s>,
-                           sml::state<DataplaneAuthIdle_s>, sml::state<UnenrollIdle_s>, sml::state<AlertIdle_s>));
+                           sml::state<DataplaneAuthIdle_s>, sml::state<UnenrollIdle_s>,
+                           sml::state<AlertIdle_s>));
     plugin.apiErrors.clear();
     EXPECT_TRUE(raise(status("error")));
-    EXPECT_TRUE(regionsAre(sml::state<MainActive_s>, sml::state<EnrollIdle_s>, sml::state<DataplaneAuthIdle_s>,
-                           sml::state<UnenrollIdle_s>, sml::state<AlertIdle_s>));
+    EXPECT_TRUE(regionsAre(sml::state<MainActive_s>, sml::state<EnrollIdle_s>,
+                           sml::state<DataplaneAuthIdle_s>, sml::state<UnenrollIdle_s>,
+                           sml::state<AlertIdle_s>));
 }
 
 TEST_F(MachineTest, AnyOtherExceptionIsDroppedAndTheEventCountsAsNotTaken) {

@@ -188,9 +188,9 @@ TEST_F(SmlEngine, StartsByItselfInTheInitialState) {
 TEST_F(SmlEngine, StateIsTheTargetBeforeTheActionsRunAndCompletionFollows) {
     journal.take();
     EXPECT_TRUE(machine.process_event(Boot_e{}));
-    EXPECT_EQ(journal.take(), (Lines{"[Engine_s] Boot_e", "[Engine_s] Off_s -> Booting_s", "boot", "start",
-                                     "[Engine_s] anonymous", "[Engine_s] Booting_s -> Running_s",
-                                     "[Engine_s] anonymous"}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] Boot_e", "[Engine_s] Off_s -> Booting_s", "boot", "start",
+                     "[Engine_s] anonymous", "[Engine_s] Booting_s -> Running_s", "[Engine_s] anonymous"}));
     EXPECT_TRUE(machine.is(sml::state<Running_s>));
     EXPECT_TRUE(machine.is<decltype(sml::state<Running_s>)>(sml::state<LeftIdle_s>, sml::state<RightIdle_s>));
 }
@@ -205,17 +205,18 @@ TEST_F(SmlEngine, AnExceptionOfAnActionBecomesAnEventOfTheRoot) {
     journal.take();
     journal.failWhileBooting = true;
     EXPECT_TRUE(machine.process_event(Boot_e{}));
-    EXPECT_EQ(journal.take(), (Lines{"[Engine_s] Boot_e", "[Engine_s] Off_s -> Booting_s", "boot", "start", trouble,
-                                     "[Engine_s] Booting_s -> Off_s", "trouble", "[Engine_s] anonymous"}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] Boot_e", "[Engine_s] Off_s -> Booting_s", "boot", "start", trouble,
+                     "[Engine_s] Booting_s -> Off_s", "trouble", "[Engine_s] anonymous"}));
     EXPECT_TRUE(machine.is(sml::state<Off_s>));
 }
 
 TEST_F(SmlEngine, AllRegionsSeeAnEventInTableOrder) {
     boot();
     EXPECT_TRUE(machine.process_event(Work_e{7}));
-    EXPECT_EQ(journal.take(), (Lines{"[Engine_s] Work_e", "[Running_s] Work_e", "[Running_s] LeftIdle_s -> LeftBusy_s",
-                                     "work 7", "[Running_s] RightIdle_s -> RightBusy_s", "boot",
-                                     "[Engine_s] anonymous"}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] Work_e", "[Running_s] Work_e", "[Running_s] LeftIdle_s -> LeftBusy_s",
+                     "work 7", "[Running_s] RightIdle_s -> RightBusy_s", "boot", "[Engine_s] anonymous"}));
     EXPECT_TRUE(machine.is<decltype(sml::state<Running_s>)>(sml::state<LeftBusy_s>, sml::state<RightBusy_s>));
 }
 
@@ -223,8 +224,9 @@ TEST_F(SmlEngine, GuardsChooseAmongRowsInOrder) {
     boot();
     journal.allow = false;
     EXPECT_TRUE(machine.process_event(Work_e{7}));
-    EXPECT_EQ(journal.take(), (Lines{"[Engine_s] Work_e", "[Running_s] Work_e", "trouble",
-                                     "[Running_s] RightIdle_s -> RightBusy_s", "boot", "[Engine_s] anonymous"}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] Work_e", "[Running_s] Work_e", "trouble",
+                     "[Running_s] RightIdle_s -> RightBusy_s", "boot", "[Engine_s] anonymous"}));
 }
 
 TEST_F(SmlEngine, ATransitionWithoutActionLogsOnlyTheChange) {
@@ -232,39 +234,42 @@ TEST_F(SmlEngine, ATransitionWithoutActionLogsOnlyTheChange) {
     machine.process_event(Work_e{1});
     journal.take();
     EXPECT_TRUE(machine.process_event(Rest_e{}));
-    EXPECT_EQ(journal.take(), (Lines{"[Engine_s] Rest_e", "[Running_s] Rest_e", "[Running_s] LeftBusy_s -> LeftIdle_s",
-                                     "[Running_s] RightBusy_s -> RightIdle_s", "halt", "[Engine_s] anonymous"}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] Rest_e", "[Running_s] Rest_e", "[Running_s] LeftBusy_s -> LeftIdle_s",
+                     "[Running_s] RightBusy_s -> RightIdle_s", "halt", "[Engine_s] anonymous"}));
 }
 
 TEST_F(SmlEngine, QueuedEventsOfTheSubMachineRunWithinTheEventAndThoseOfTheRootAfterIt) {
     boot();
     EXPECT_TRUE(machine.process_event(RaiseBoth_e{}));
     EXPECT_EQ(journal.take(),
-              (Lines{"[Engine_s] RaiseBoth_e", "[Running_s] RaiseBoth_e", "raise inner", "[Running_s] Inner_e", "inner",
-                     "[Engine_s] anonymous", "[Engine_s] Later_e", "[Running_s] Later_e", "later",
-                     "[Engine_s] anonymous"}));
+              (Lines{"[Engine_s] RaiseBoth_e", "[Running_s] RaiseBoth_e", "raise inner",
+                     "[Running_s] Inner_e", "inner", "[Engine_s] anonymous", "[Engine_s] Later_e",
+                     "[Running_s] Later_e", "later", "[Engine_s] anonymous"}));
 }
 
 TEST_F(SmlEngine, AQueuedEventThatNobodyTakesMakesTheResultFalse) {
     boot();
     EXPECT_FALSE(machine.process_event(RaiseUnwanted_e{}));
-    EXPECT_EQ(journal.take(), (Lines{"[Engine_s] RaiseUnwanted_e", "[Running_s] RaiseUnwanted_e", "[Engine_s] anonymous",
-                                     "[Engine_s] Unwanted_e", "[Engine_s] anonymous"}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] RaiseUnwanted_e", "[Running_s] RaiseUnwanted_e", "[Engine_s] anonymous",
+                     "[Engine_s] Unwanted_e", "[Engine_s] anonymous"}));
 }
 
 TEST_F(SmlEngine, AnExceptionInARegionSkipsTheRestOfTheRowAndTheRegionsBehindIt) {
     boot();
     EXPECT_FALSE(machine.process_event(Throw_e{}));
-    EXPECT_EQ(journal.take(), (Lines{"[Engine_s] Throw_e", "[Running_s] Throw_e", "[Running_s] LeftIdle_s -> LeftBusy_s",
-                                     "throwing", trouble, "[Engine_s] anonymous"}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] Throw_e", "[Running_s] Throw_e", "[Running_s] LeftIdle_s -> LeftBusy_s",
+                     "throwing", trouble, "[Engine_s] anonymous"}));
     EXPECT_TRUE(machine.is<decltype(sml::state<Running_s>)>(sml::state<LeftBusy_s>, sml::state<RightIdle_s>));
 }
 
 TEST_F(SmlEngine, AnExceptionThatTheTableDoesNotNameIsDropped) {
     boot();
     EXPECT_FALSE(machine.process_event(ThrowOther_e{}));
-    EXPECT_EQ(journal.take(),
-              (Lines{"[Engine_s] ThrowOther_e", "[Running_s] ThrowOther_e", "throwing other", "[Engine_s] anonymous"}));
+    EXPECT_EQ(journal.take(), (Lines{"[Engine_s] ThrowOther_e", "[Running_s] ThrowOther_e", "throwing other",
+                                     "[Engine_s] anonymous"}));
     EXPECT_TRUE(machine.process_event(Work_e{}));
 }
 

@@ -31,10 +31,12 @@ constexpr const char* setupRoot =
 
 std::string enrollmentUpdate(const char* buttonDisabled, const char* managedHidden) {
     return std::string(updateRoot) +
-           "\t<button id=\"quill_adv_unenroll_btn\" label=\"Unenroll\" tooltip=\"Unenroll\" hidden=\"false\" disabled=\"" +
+           "\t<button id=\"quill_adv_unenroll_btn\" label=\"Unenroll\" tooltip=\"Unenroll\" hidden=\"false\" "
+           "disabled=\"" +
            buttonDisabled +
            "\"/>\n"
-           "\t<label id=\"quill_adv_unenroll_managed_label\" value=\"This setting is managed by your administrator.\" "
+           "\t<label id=\"quill_adv_unenroll_managed_label\" value=\"This setting is managed by your "
+           "administrator.\" "
            "tooltip=\"This setting is managed by your administrator.\" color=\"black\" hidden=\"" +
            managedHidden + "\" disabled=\"false\"/>\n</vtguiNotice>\n";
 }
@@ -43,45 +45,54 @@ std::string configSyncUpdate(const std::string& lastSync, const char* buttonDisa
     return std::string(updateRoot) + "\t<label id=\"quill_config_sync_last_sync_label\" value=\"" + lastSync +
            "\" tooltip=\"" + lastSync +
            "\" color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
-           "\t<button id=\"quill_config_sync_btn\" label=\"Sync now\" tooltip=\"Sync now\" hidden=\"false\" disabled=\"" +
+           "\t<button id=\"quill_config_sync_btn\" label=\"Sync now\" tooltip=\"Sync now\" hidden=\"false\" "
+           "disabled=\"" +
            buttonDisabled + "\"/>\n</vtguiNotice>\n";
 }
 
 TEST_F(AdvancedPanels, EnrollmentSetupHoldsAllTextsAndBindsTheButton) {
-    EXPECT_EQ(composed(UiNoticeType::Setup, advEnrollmentSetup()),
-              std::string(setupRoot) +
-                  "\t<label id=\"quill_adv_enrollment_group_label\" value=\"Wren Gate Enrollments:\" tooltip=\"Wren "
-                  "Gate Enrollments:\" color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
-                  "\t<label id=\"quill_adv_enrollment_description_label\" value=\"To unregister from the Wren Gate "
-                  "service, click the Unenroll button. This will initiate the process of unregistering your account "
-                  "and removing any associated configuration from the service.\" tooltip=\"To unregister from the "
-                  "Wren Gate service, click the Unenroll button. This will initiate the process of unregistering "
-                  "your account and removing any associated configuration from the service.\" color=\"black\" "
-                  "hidden=\"false\" disabled=\"false\"/>\n"
-                  "\t<button id=\"quill_adv_unenroll_btn\" label=\"Unenroll\" tooltip=\"Unenroll\" hidden=\"false\" "
-                  "disabled=\"true\" OnPress=\"quill_adv_unenroll_btn_OnPress\"/>\n"
-                  "\t<label id=\"quill_adv_unenroll_managed_label\" value=\"This setting is managed by your "
-                  "administrator.\" tooltip=\"This setting is managed by your administrator.\" color=\"black\" "
-                  "hidden=\"true\" disabled=\"false\"/>\n"
-                  "</vtguiNotice>\n");
+    EXPECT_EQ(
+        composed(UiNoticeType::Setup, advEnrollmentSetup()),
+        std::string(setupRoot) +
+            "\t<label id=\"quill_adv_enrollment_group_label\" value=\"Wren Gate Enrollments:\" "
+            "tooltip=\"Wren "
+            "Gate Enrollments:\" color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
+            "\t<label id=\"quill_adv_enrollment_description_label\" value=\"To unregister from the Wren Gate "
+            "service, click the Unenroll button. This will initiate the process of unregistering your "
+            "account "
+            "and removing any associated configuration from the service.\" tooltip=\"To unregister from the "
+            "Wren Gate service, click the Unenroll button. This will initiate the process of unregistering "
+            "your account and removing any associated configuration from the service.\" color=\"black\" "
+            "hidden=\"false\" disabled=\"false\"/>\n"
+            "\t<button id=\"quill_adv_unenroll_btn\" label=\"Unenroll\" tooltip=\"Unenroll\" "
+            "hidden=\"false\" "
+            "disabled=\"true\" OnPress=\"quill_adv_unenroll_btn_OnPress\"/>\n"
+            "\t<label id=\"quill_adv_unenroll_managed_label\" value=\"This setting is managed by your "
+            "administrator.\" tooltip=\"This setting is managed by your administrator.\" color=\"black\" "
+            "hidden=\"true\" disabled=\"false\"/>\n"
+            "</vtguiNotice>\n");
     EXPECT_EQ(events.Lookup("quill_adv_unenroll_btn_OnPress"), EventStoreId::UNENROLL_ACTION);
 }
 
 TEST_F(AdvancedPanels, ConfigSyncSetupHoldsAllTextsAndBindsTheButton) {
-    EXPECT_EQ(composed(UiNoticeType::Setup, advConfigSyncSetup()),
-              std::string(setupRoot) +
-                  "\t<label id=\"quill_config_sync_group_label\" value=\"Configuration Synchronization:\" "
-                  "tooltip=\"Configuration Synchronization:\" color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
-                  "\t<label id=\"quill_config_sync_description_label\" value=\"Sync your device to get the latest "
-                  "updates from your organization.\" tooltip=\"Sync your device to get the latest updates from your "
-                  "organization.\" color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
-                  "\t<label id=\"quill_config_sync_last_sync_desc_label\" value=\"Last successful sync:\" "
-                  "tooltip=\"Last successful sync:\" color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
-                  "\t<label id=\"quill_config_sync_last_sync_label\" value=\"None\" tooltip=\"None\" color=\"black\" "
-                  "hidden=\"false\" disabled=\"false\"/>\n"
-                  "\t<button id=\"quill_config_sync_btn\" label=\"Sync now\" tooltip=\"Sync now\" hidden=\"false\" "
-                  "disabled=\"true\" OnPress=\"quill_config_sync_btn_OnPress\"/>\n"
-                  "</vtguiNotice>\n");
+    EXPECT_EQ(
+        composed(UiNoticeType::Setup, advConfigSyncSetup()),
+        std::string(setupRoot) +
+            "\t<label id=\"quill_config_sync_group_label\" value=\"Configuration Synchronization:\" "
+            "tooltip=\"Configuration Synchronization:\" color=\"black\" hidden=\"false\" "
+            "disabled=\"false\"/>\n"
+            "\t<label id=\"quill_config_sync_description_label\" value=\"Sync your device to get the latest "
+            "updates from your organization.\" tooltip=\"Sync your device to get the latest updates from "
+            "your "
+            "organization.\" color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
+            "\t<label id=\"quill_config_sync_last_sync_desc_label\" value=\"Last successful sync:\" "
+            "tooltip=\"Last successful sync:\" color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
+            "\t<label id=\"quill_config_sync_last_sync_label\" value=\"None\" tooltip=\"None\" "
+            "color=\"black\" "
+            "hidden=\"false\" disabled=\"false\"/>\n"
+            "\t<button id=\"quill_config_sync_btn\" label=\"Sync now\" tooltip=\"Sync now\" hidden=\"false\" "
+            "disabled=\"true\" OnPress=\"quill_config_sync_btn_OnPress\"/>\n"
+            "</vtguiNotice>\n");
     EXPECT_EQ(events.Lookup("quill_config_sync_btn_OnPress"), EventStoreId::CONFIG_SYNC_ACTION);
 }
 

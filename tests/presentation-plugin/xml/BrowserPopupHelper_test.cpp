@@ -22,10 +22,12 @@ protected:
 /// A popup notice with the attributes of its web control and, below it, its close button.
 std::string opened(const std::string& webAttributes, bool closable = true) {
     return "<vtguiNotice module=\"com.norvane.vantor.presentation.quill\" type=\"popup\">\n"
-           "\t<popup timestamp=\"*\" id=\"dialog\" type=\"browser\" subtype=\"wren_auth_browser\" show=\"true\">\n"
+           "\t<popup timestamp=\"*\" id=\"dialog\" type=\"browser\" subtype=\"wren_auth_browser\" "
+           "show=\"true\">\n"
            "\t\t<title value=\"Norvane Kestrel Suite - Wren Gate\"/>\n"
            "\t\t<webbrowser id=\"web\" " +
-           webAttributes + "/>\n" + (closable ? "\t\t<closebutton id=\"close\" OnClose=\"close_OnClose\"/>\n" : "") +
+           webAttributes + "/>\n" +
+           (closable ? "\t\t<closebutton id=\"close\" OnClose=\"close_OnClose\"/>\n" : "") +
            "\t</popup>\n</vtguiNotice>\n";
 }
 
@@ -47,10 +49,11 @@ EnrollmentAuthRequest_t enrollmentRequest() {
 }
 
 TEST_F(BrowserPopup, DataplaneAuthBrowsesForTheCookie) {
-    EXPECT_EQ(test::maskTimestamps(popup.generateDataplaneAuthPopup(title, agent, dataplaneRequest())),
-              opened("operation=\"browse_for_cookie\" start_url=\"https://start?a=1&amp;b=2\" "
-                     "final_url=\"https://end\" cookie_name=\"cookie\" focus=\"true\" user_agent=\"Agent 1.0\" "
-                     "OnError=\"web_OnError\" OnErrorID=\"web\" OnPress=\"web_OnPress\" OnPressID=\"web\""));
+    EXPECT_EQ(
+        test::maskTimestamps(popup.generateDataplaneAuthPopup(title, agent, dataplaneRequest())),
+        opened("operation=\"browse_for_cookie\" start_url=\"https://start?a=1&amp;b=2\" "
+               "final_url=\"https://end\" cookie_name=\"cookie\" focus=\"true\" user_agent=\"Agent 1.0\" "
+               "OnError=\"web_OnError\" OnErrorID=\"web\" OnPress=\"web_OnPress\" OnPressID=\"web\""));
     EXPECT_EQ(events->Lookup("web_OnPress"), EventStoreId::DATAPLANE_AUTH_BROWSER_END_URL_REACHED);
     EXPECT_EQ(events->Lookup("web_OnError"), EventStoreId::DATAPLANE_AUTH_BROWSER_ERROR);
     EXPECT_EQ(events->Lookup("close_OnClose"), EventStoreId::DATAPLANE_AUTH_BROWSER_CLOSE);
@@ -68,12 +71,14 @@ TEST_F(BrowserPopup, EnrollmentAuthBrowsesForTheCookie) {
 
 TEST_F(BrowserPopup, ProgressShowsTheLocalPage) {
     // {"flow":"enrollment","value":{"state":"progress","title":"Enrolling...","percent_complete":0}}
-    EXPECT_EQ(test::maskTimestamps(popup.generateEnrollmentProgressPopup(title, agent, "Enrolling...")),
-              opened("operation=\"browse_for_local_content\" start_url=\"wren/v1/index.html\" focus=\"true\" "
-                     "user_agent=\"Agent 1.0\" event_dispatch_name=\"update-flow\" "
-                     "event_dispatch_detail=\"eyJmbG93IjoiZW5yb2xsbWVudCIsInZhbHVlIjp7InN0YXRlIjoicHJvZ3Jlc3MiLCJ0aX"
-                     "RsZSI6IkVucm9sbGluZy4uLiIsInBlcmNlbnRfY29tcGxldGUiOjB9fQ==\" OnError=\"web_OnError\" "
-                     "OnErrorID=\"web\""));
+    EXPECT_EQ(
+        test::maskTimestamps(popup.generateEnrollmentProgressPopup(title, agent, "Enrolling...")),
+        opened(
+            "operation=\"browse_for_local_content\" start_url=\"wren/v1/index.html\" focus=\"true\" "
+            "user_agent=\"Agent 1.0\" event_dispatch_name=\"update-flow\" "
+            "event_dispatch_detail=\"eyJmbG93IjoiZW5yb2xsbWVudCIsInZhbHVlIjp7InN0YXRlIjoicHJvZ3Jlc3MiLCJ0aX"
+            "RsZSI6IkVucm9sbGluZy4uLiIsInBlcmNlbnRfY29tcGxldGUiOjB9fQ==\" OnError=\"web_OnError\" "
+            "OnErrorID=\"web\""));
     EXPECT_EQ(events->Lookup("web_OnPress"), EventStoreId::EVENT_INVALID);
     EXPECT_EQ(events->Lookup("web_OnBrowseEvent"), EventStoreId::EVENT_INVALID);
     EXPECT_EQ(events->Lookup("web_OnError"), EventStoreId::ENROLLMENT_BROWSER_ERROR);

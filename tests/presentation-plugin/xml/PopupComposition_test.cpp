@@ -18,14 +18,15 @@ std::string toast(ToastButton button, CEventStore& events) {
 }
 
 std::string toastWithButton(const std::string& id, const std::string& label) {
-    const std::string button = id.empty() ? ""
-                                          : "\t\t<button id=\"" + id + "\" label=\"" + label + "\" tooltip=\"" + label +
-                                                "\" hidden=\"false\" disabled=\"false\" OnPress=\"" + id +
-                                                "_OnPress\"/>\n";
+    const std::string button =
+        id.empty() ? ""
+                   : "\t\t<button id=\"" + id + "\" label=\"" + label + "\" tooltip=\"" + label +
+                         "\" hidden=\"false\" disabled=\"false\" OnPress=\"" + id + "_OnPress\"/>\n";
     return popupRoot +
-           std::string("\t<popup timestamp=\"*\" id=\"wren_toast_popup\" type=\"notification\" severity=\"info\">\n"
-                       "\t\t<title value=\"Title\"/>\n"
-                       "\t\t<text value=\"Text\"/>\n") +
+           std::string(
+               "\t<popup timestamp=\"*\" id=\"wren_toast_popup\" type=\"notification\" severity=\"info\">\n"
+               "\t\t<title value=\"Title\"/>\n"
+               "\t\t<text value=\"Text\"/>\n") +
            button + "\t</popup>\n</vtguiNotice>\n";
 }
 
@@ -33,11 +34,14 @@ TEST(ToastComposition, EachButtonHasItsIdTextAndEvent) {
     CEventStore events;
     EXPECT_EQ(toast(ToastButton::Enroll, events), toastWithButton("quill_toast_enroll_action_btn", "Enroll"));
     EXPECT_EQ(events.Lookup("quill_toast_enroll_action_btn_OnPress"), EventStoreId::ENROLL_TOAST_ACTION);
-    EXPECT_EQ(toast(ToastButton::Verify, events), toastWithButton("quill_tile_verify_action_toast_btn", "Verify"));
-    EXPECT_EQ(events.Lookup("quill_tile_verify_action_toast_btn_OnPress"), EventStoreId::AUTH_VERIFY_TOAST_ACTION);
+    EXPECT_EQ(toast(ToastButton::Verify, events),
+              toastWithButton("quill_tile_verify_action_toast_btn", "Verify"));
+    EXPECT_EQ(events.Lookup("quill_tile_verify_action_toast_btn_OnPress"),
+              EventStoreId::AUTH_VERIFY_TOAST_ACTION);
     EXPECT_EQ(toast(ToastButton::Details, events),
               toastWithButton("quill_tile_details_action_toast_btn", "See Details"));
-    EXPECT_EQ(events.Lookup("quill_tile_details_action_toast_btn_OnPress"), EventStoreId::ERROR_DETAILS_TOAST_ACTION);
+    EXPECT_EQ(events.Lookup("quill_tile_details_action_toast_btn_OnPress"),
+              EventStoreId::ERROR_DETAILS_TOAST_ACTION);
 }
 
 TEST(ToastComposition, ButtonsOutliveTheirToast) {

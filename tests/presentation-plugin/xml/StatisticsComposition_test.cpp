@@ -48,14 +48,16 @@ std::string group(const std::string& id, const std::string& title, const std::st
            "\t\t</listgroup>\n";
 }
 
-std::string notice(const char* type, const std::string& id, const char* updateRows, const std::string& groups) {
+std::string notice(const char* type, const std::string& id, const char* updateRows,
+                   const std::string& groups) {
     return std::string("<vtguiNotice module=\"com.norvane.vantor.presentation.quill\" type=\"") + type +
            "\" timestamp=\"*\">\n\t<outlinelistbox id=\"" + id + "\" updaterows=\"" + updateRows +
            "\" num_columns=\"2\">\n" + groups + "\t</outlinelistbox>\n</vtguiNotice>\n";
 }
 
-std::string overviewNotice(const char* type, const char* updateRows, const std::string& title, const std::string& cert,
-                           const std::string& sync, const std::string& proxy, const std::string& interceptor) {
+std::string overviewNotice(const char* type, const char* updateRows, const std::string& title,
+                           const std::string& cert, const std::string& sync, const std::string& proxy,
+                           const std::string& interceptor) {
     return notice(type, "overview_stat_outlinelistbox", updateRows,
                   group("stat_overview_group_quill", title,
                         row("stat_overview_cert_status", "Certificate Status:", cert) +
@@ -117,7 +119,8 @@ StatusNotification_t fullStatus() {
     status.interceptor_connectivity = InterceptorConnectivity::DisconnectedUpgradePending;
     Enrollment_t enrollment;
     enrollment.enrollment_time = secondsOf2024 * 10'000'000;
-    enrollment.config_sync_status = {30, (secondsOf2024 + 60) * 10'000'000, 31, ServerConnectivity::Unreachable};
+    enrollment.config_sync_status = {30, (secondsOf2024 + 60) * 10'000'000, 31,
+                                     ServerConnectivity::Unreachable};
     auto& certificate = enrollment.certificate_status;
     certificate.certificate_expiration_time = (secondsOf2024 + 3600) * 10'000'000;
     certificate.last_renewal_attempt_time = (secondsOf2024 + 86400) * 10'000'000;
@@ -141,10 +144,32 @@ StatusNotification_t fullStatus() {
     return status;
 }
 
-const std::vector<std::string> fullValues{
-    "01/01/24 00:00:00", "BadClientCert", "Unreachable", "30", "01/01/24 00:01:00", "31", "Revoked",
-    "01/01/24 01:00:00", "Waiting", "01/02/24 00:00:00", "32", "org", "user", "plv", "quill", "name",
-    "3", "4", "1", "2", "5", "6", "7", "8", "9", "4294967295"};
+const std::vector<std::string> fullValues{"01/01/24 00:00:00",
+                                          "BadClientCert",
+                                          "Unreachable",
+                                          "30",
+                                          "01/01/24 00:01:00",
+                                          "31",
+                                          "Revoked",
+                                          "01/01/24 01:00:00",
+                                          "Waiting",
+                                          "01/02/24 00:00:00",
+                                          "32",
+                                          "org",
+                                          "user",
+                                          "plv",
+                                          "quill",
+                                          "name",
+                                          "3",
+                                          "4",
+                                          "1",
+                                          "2",
+                                          "5",
+                                          "6",
+                                          "7",
+                                          "8",
+                                          "9",
+                                          "4294967295"};
 
 TEST_F(Statistics, OverviewSetupSaysUnknownFourTimes) {
     EXPECT_EQ(composed(UiNoticeType::Setup, composeStatsOverviewSetup),
@@ -157,12 +182,14 @@ TEST_F(Statistics, DetailsSetupHasEveryRowWithoutValue) {
 }
 
 TEST_F(Statistics, OverviewNamesTheFourStatuses) {
-    EXPECT_EQ(overview(fullStatus()), overviewNotice("update", "true", "Wren Gate (Active)", "Revoked", "Unreachable",
-                                                     "BadClientCert", "DisconnectedUpgradePending"));
+    EXPECT_EQ(overview(fullStatus()),
+              overviewNotice("update", "true", "Wren Gate (Active)", "Revoked", "Unreachable",
+                             "BadClientCert", "DisconnectedUpgradePending"));
 }
 
 TEST_F(Statistics, DetailsHoldEveryValueInItsRow) {
-    EXPECT_EQ(details(fullStatus()), notice("update", "stat_outlinelistbox", "false", fixedGroups(fullValues)));
+    EXPECT_EQ(details(fullStatus()),
+              notice("update", "stat_outlinelistbox", "false", fixedGroups(fullValues)));
 }
 
 TEST_F(Statistics, OnlyTheFirstOfSeveralEnrollmentsCounts) {
@@ -178,19 +205,21 @@ TEST_F(Statistics, WithoutEnrollmentCountsAreZeroTimesNoneAndStatusesUnknownOrEm
     status.interceptor_connectivity = InterceptorConnectivity::Ok;
     EXPECT_EQ(overview(status),
               overviewNotice("update", "true", "Wren Gate (Active)", "Unknown", "Unknown", "Unknown", "Ok"));
-    EXPECT_EQ(details(status),
-              notice("update", "stat_outlinelistbox", "false",
-                     fixedGroups({"None", "Unknown", "",  "0", "None", "0", "",  "None", "",  "None", "0", "", "",
-                                  "",     "",        "",  "0", "0",    "0", "0", "0",    "0", "0",    "0", "0", "0"})));
+    EXPECT_EQ(details(status), notice("update", "stat_outlinelistbox", "false",
+                                      fixedGroups({"None", "Unknown", "",  "0", "None", "0", "",  "None", "",
+                                                   "None", "0",       "",  "",  "",     "",  "",  "0",    "0",
+                                                   "0",    "0",       "0", "0", "0",    "0", "0", "0"})));
 }
 
 TEST_F(Statistics, AnEnrollmentOfDefaultsSaysUnknown) {
     StatusNotification_t status;
     status.enrollments.emplace_back();
     const std::string text = details(status);
-    EXPECT_NE(text.find(row("stat_server_connectivity", "Server Connectivity:", "Unknown")), std::string::npos);
+    EXPECT_NE(text.find(row("stat_server_connectivity", "Server Connectivity:", "Unknown")),
+              std::string::npos);
     EXPECT_NE(text.find(row("stat_certificate_state", "State:", "Unknown")), std::string::npos);
-    EXPECT_NE(text.find(row("stat_certificate_renewal_status", "Renewal Status:", "Unknown")), std::string::npos);
+    EXPECT_NE(text.find(row("stat_certificate_renewal_status", "Renewal Status:", "Unknown")),
+              std::string::npos);
 }
 
 TEST_F(Statistics, TheStateStandsInTheTitleWithACapital) {
@@ -210,20 +239,19 @@ TEST_F(Statistics, ProxiesAndFingerprintsFollowInListOrder) {
                                                          {"b", FingerprintStatus::Unknown},
                                                          {"c", static_cast<FingerprintStatus>(9)}};
     // The published FNV-1a values of "", "a", "b", "c" and "foobar".
-    EXPECT_EQ(
-        details(status),
-        notice("update", "stat_outlinelistbox", "false",
-               fixedGroups(fullValues) +
-                   group("stat_group_proxy_configs_info", "Proxy Configurations:",
-                         row("stat_proxy_config_item_3826002220", "a", "Active") +
-                             row("stat_proxy_config_item_3876335077", "b", "Paused by TND") +
-                             row("stat_proxy_config_item_3876335077", "b", "Unknown") +
-                             row("stat_proxy_config_item_3214735720", "foobar", "Unknown")) +
-                   group("stat_group_network_status_fingerprints_info", "Network Fingerprints:",
-                         row("stat_network_status_fingerprint_item_2166136261", "", "Matched") +
-                             row("stat_network_status_fingerprint_item_3826002220", "a", "Unmatched") +
-                             row("stat_network_status_fingerprint_item_3876335077", "b", "Unknown") +
-                             row("stat_network_status_fingerprint_item_3859557458", "c", "Unknown"))));
+    EXPECT_EQ(details(status),
+              notice("update", "stat_outlinelistbox", "false",
+                     fixedGroups(fullValues) +
+                         group("stat_group_proxy_configs_info", "Proxy Configurations:",
+                               row("stat_proxy_config_item_3826002220", "a", "Active") +
+                                   row("stat_proxy_config_item_3876335077", "b", "Paused by TND") +
+                                   row("stat_proxy_config_item_3876335077", "b", "Unknown") +
+                                   row("stat_proxy_config_item_3214735720", "foobar", "Unknown")) +
+                         group("stat_group_network_status_fingerprints_info", "Network Fingerprints:",
+                               row("stat_network_status_fingerprint_item_2166136261", "", "Matched") +
+                                   row("stat_network_status_fingerprint_item_3826002220", "a", "Unmatched") +
+                                   row("stat_network_status_fingerprint_item_3876335077", "b", "Unknown") +
+                                   row("stat_network_status_fingerprint_item_3859557458", "c", "Unknown"))));
 }
 
 TEST(ProxyStatusText, EveryWordHasItsText) {

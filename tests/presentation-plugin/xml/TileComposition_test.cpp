@@ -32,7 +32,8 @@ TEST(TileComposition, SetupBindsTheFourButtons) {
         "disabled=\"true\" OnPress=\"quill_tile_enroll_action_btn_OnPress\"/>\n"
         "\t<button id=\"quill_tile_cancel_action_btn\" label=\"Cancel\" tooltip=\"Cancel\" hidden=\"true\" "
         "disabled=\"true\" OnPress=\"quill_tile_cancel_action_btn_OnPress\"/>\n"
-        "\t<button id=\"quill_tile_details_action_btn\" label=\"Details\" tooltip=\"Details\" hidden=\"true\" "
+        "\t<button id=\"quill_tile_details_action_btn\" label=\"Details\" tooltip=\"Details\" "
+        "hidden=\"true\" "
         "disabled=\"true\" OnPress=\"quill_tile_details_action_btn_OnPress\"/>\n"
         "\t<button id=\"quill_tile_verify_action_btn\" label=\"Verify\" tooltip=\"Verify\" hidden=\"true\" "
         "disabled=\"true\" OnPress=\"quill_tile_verify_action_btn_OnPress\"/>\n"
@@ -52,23 +53,25 @@ TEST(TileComposition, UpdateNamesTheSameControlsAndBindsNothing) {
                               .enroll = {false, true},
                               .cancel = {true, false},
                               .verify = offeredButton};
-    EXPECT_EQ(composed(UiNoticeType::Update, content, false, events),
-              "<vtguiNotice module=\"com.norvane.vantor.presentation.quill\" type=\"update\" timestamp=\"*\" "
-              "state=\"Attention\">\n"
-              "\t<label id=\"simple_tile_label\" value=\"Wren Gate\" tooltip=\"Navigate to WREN Advanced Window\" "
-              "color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
-              "\t<label id=\"simple_status\" value=\"Verify your identity.\" tooltip=\"\" color=\"black\" "
-              "hidden=\"false\" disabled=\"false\"/>\n"
-              "\t<button id=\"quill_tile_enroll_action_btn\" label=\"Enroll\" tooltip=\"Enroll\" hidden=\"false\" "
-              "disabled=\"true\"/>\n"
-              "\t<button id=\"quill_tile_cancel_action_btn\" label=\"Cancel\" tooltip=\"Cancel\" hidden=\"true\" "
-              "disabled=\"false\"/>\n"
-              "\t<button id=\"quill_tile_details_action_btn\" label=\"Details\" tooltip=\"Details\" hidden=\"true\" "
-              "disabled=\"true\"/>\n"
-              "\t<button id=\"quill_tile_verify_action_btn\" label=\"Verify\" tooltip=\"Verify\" hidden=\"false\" "
-              "disabled=\"false\"/>\n"
-              "\t<traystate id=\"tray_state_string\" value=\"Verify\"/>\n"
-              "</vtguiNotice>\n");
+    EXPECT_EQ(
+        composed(UiNoticeType::Update, content, false, events),
+        "<vtguiNotice module=\"com.norvane.vantor.presentation.quill\" type=\"update\" timestamp=\"*\" "
+        "state=\"Attention\">\n"
+        "\t<label id=\"simple_tile_label\" value=\"Wren Gate\" tooltip=\"Navigate to WREN Advanced Window\" "
+        "color=\"black\" hidden=\"false\" disabled=\"false\"/>\n"
+        "\t<label id=\"simple_status\" value=\"Verify your identity.\" tooltip=\"\" color=\"black\" "
+        "hidden=\"false\" disabled=\"false\"/>\n"
+        "\t<button id=\"quill_tile_enroll_action_btn\" label=\"Enroll\" tooltip=\"Enroll\" hidden=\"false\" "
+        "disabled=\"true\"/>\n"
+        "\t<button id=\"quill_tile_cancel_action_btn\" label=\"Cancel\" tooltip=\"Cancel\" hidden=\"true\" "
+        "disabled=\"false\"/>\n"
+        "\t<button id=\"quill_tile_details_action_btn\" label=\"Details\" tooltip=\"Details\" "
+        "hidden=\"true\" "
+        "disabled=\"true\"/>\n"
+        "\t<button id=\"quill_tile_verify_action_btn\" label=\"Verify\" tooltip=\"Verify\" hidden=\"false\" "
+        "disabled=\"false\"/>\n"
+        "\t<traystate id=\"tray_state_string\" value=\"Verify\"/>\n"
+        "</vtguiNotice>\n");
     EXPECT_EQ(events.Lookup("quill_tile_enroll_action_btn_OnPress"), EventStoreId::EVENT_INVALID);
 }
 

@@ -1,0 +1,258 @@
+#include "tests/module/ModuleSession.h"
+
+#include "host/ExportedSymbols.h"
+#include "host/PluginModule.h"
+#include "wren/PresentationPlugin.h"
+#include "wren/QuillApi.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+using test::Lines;
+
+class EntryPoints : public testing::Test {
+protected:
+    test::ModuleSession session;
+};
+
+const std::string createdPlugin = R"({"do":"create","name":"com.norvane.vantor.presentation"})";
+
+TEST_F(EntryPoints, OfferTheSameTwoInterfacesBeforeAndAfterACreate) {
+    const Lines offered{R"(interfaces [{"name":"com.norvane.vantor.presentation","version":3},)"
+                        R"({"name":"c_com.norvane.vantor.presentation","version":3}])"};
+    EXPECT_EQ(session.run(R"({"do":"interfaces"})"), offered);
+    session.run(createdPlugin);
+    EXPECT_EQ(session.run(R"({"do":"interfaces"})"), offered);
+}
+
+TEST_F(EntryPoints, NullNameIsRefused) {
+    EXPECT_EQ(session.run(R"({"do":"create","name":null})"),
+              (Lines{"log 3 CreatePlugin: NULL interface name", "created false"}));
+}
+
+TEST_F(EntryPoints, NamesThatDifferInAnyByteAreRefused) {
+    for (const std::string name :
+         {"c_com.norvane.vantor.presentation", "Com.norvane.vantor.presentation", "com.norvane.vantor.presentation ",
+          "com.norvane.vantor.presentatio", ""}) {
+        EXPECT_EQ(session.run(R"({"do":"create","name":")" + name + "\"}"),
+                  (Lines{"log 3 CreatePlugin: Wrong create method for interface '" + name + "'", "created false"}));
+    }
+}
+
+TEST_F(EntryPoints, CreateFetchesTheFactoryAndConstructsThePlugin) {
+    EXPECT_EQ(test::withoutTrace(session.run(createdPlugin)),
+              (Lines{"log 0 CreatePlugin: Creating Plugin", "api GetQuillApiFactory",
+                     "log 0 PresentationPluginImpl::PresentationPluginImpl: Created WREN Presentation Plugin Version "
+                     "'5.1.11.2143'",
+                     "created true"}));
+}
+
+TEST_F(EntryPoints, AFactoryFailureIsLoggedByNameAndLeavesNothing) {
+    const std::pair<int, std::string> results[] = {
+        {1, "BadParameter"},   {2, "Unexpected"},     {3, "NullPointer"}, {4, "InsufficientBuffer"},
+        {5, "NotImplemented"}, {6, "NotInitialized"}, {7, "NotFound"},    {8, "InvalidState"},
+        {9, ""},               {4000000000, ""}};
+    for (const auto& [result, name] : results) {
+        session.run(R"({"do":"backend","operation":"GetQuillApiFactory","result":)" +
+                    std::to_string(static_cast<std::uint32_t>(result)) + "}");
+        EXPECT_EQ(session.run(createdPlugin),
+                  (Lines{"log 0 CreatePlugin: Creating Plugin", "api GetQuillApiFactory",
+                         "log 3 CreatePlugin: GetQuillApiFactory returned error " + name, "created false"}));
+    }
+}
+
+TEST_F(EntryPoints, DisposingOfNullIsLoggedAndFine) {
+    EXPECT_EQ(session.run(R"({"do":"dispose","object":null})"),
+              (Lines{"log 0 DisposePlugin: Disposing Plugin", "result true"}));
+}
+
+TEST_F(EntryPoints, SeveralObjectsLiveSideBySide) {
+    session.run(R"({"do":"create","name":"com.norvane.vantor.presentation","object":"a"}
+{"do":"create","name":"com.norvane.vantor.presentation","object":"b"}
+{"do":"register","object":"a","arguments":"","callbacks":"hostA","translator":true,"handle":1}
+{"do":"register","object":"b","arguments":"","callbacks":"hostB","translator":true,"handle":2}
+{"do":"start","object":"a"})");
+    EXPECT_EQ(test::only("result", session.run(R"({"do":"stop","object":"b"})")), Lines{"result -10"});
+    EXPECT_EQ(test::only("result", session.run(R"({"do":"start","object":"b"})")), Lines{"result 0"});
+    const Lines stopped = session.run(R"({"do":"stop","object":"a"})");
+    EXPECT_EQ(test::only("result", stopped), Lines{"result 0"});
+    EXPECT_EQ(session.outputs().back().at("n"), 8);
+}
+
+// What the built file offers.
+
+TEST(ModuleFile, ExportsTheEntryPointsAndTheClassPluginAndNothingElse) {
+    const std::vector<std::string> expected{
+        "CreatePlugin",          // the entry points
+        "DisposePlugin",
+        "GetAvailableInterfaces",
+        "_ZN6PluginC1ERKS_",     // constructors, assignment, destructors
+        "_ZN6PluginC1Ev",
+        "_ZN6PluginC2ERKS_",
+        "_ZN6PluginC2Ev",
+        "_ZN6PluginD0Ev",
+        "_ZN6PluginD1Ev",
+        "_ZN6PluginD2Ev",
+        "_ZN6PluginaSERKS_",
+        "_ZTI6Plugin",           // type information and table
+        "_ZTS6Plugin",
+        "_ZTV6Plugin",
+    };
+    EXPECT_EQ(host::exportedSymbols(host::defaultModulePath()), expected);
+}
+
+/// A function of an object's table by its place. A destructor takes two places on this platform.
+template <class Function>
+Function slotOf(void* object, std::size_t place) {
+    void** table = *static_cast<void***>(object);
+    Function function;
+    std::memcpy(&function, &table[place], sizeof function);
+    return function;
+}
+
+TEST(ModuleTables, PluginInterfaceHasItsSlotsInOrder) {
+    const host::PluginModule module(host::defaultModulePath());
+    const host::OwnedPlugin owned(module.create("com.norvane.vantor.presentation"), host::PluginOwner(module));
+    ASSERT_TRUE(owned);
+    void* plugin = dynamic_cast<void*>(owned.get());
+    const auto textAt = [&](std::size_t place) {
+        char text[64] = "";
+        std::uint32_t size = sizeof text;
+        slotOf<std::int32_t (*)(void*, char*, std::uint32_t*)>(plugin, place)(plugin, text, &size);
+        return std::string(text);
+    };
+    using Word = std::uintptr_t;
+    EXPECT_TRUE((slotOf<bool (*)(void*, const char*, int)>(plugin, 0)(plugin, "com.norvane.vantor.presentation", 2)));
+    // Places 1 and 2: the destructor.
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, const char*, Word, void*, void*)>(plugin, 3)(plugin, nullptr, 0, nullptr,
+                                                                                        nullptr)),
+              -4);
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*)>(plugin, 4)(plugin)), -10);
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, std::uint32_t)>(plugin, 5)(plugin, 0)), -10);
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*)>(plugin, 6)(plugin)), -10);
+    EXPECT_TRUE((slotOf<bool (*)(void*)>(plugin, 7)(plugin)));
+    EXPECT_EQ(textAt(8), "com.norvane.vantor.presentation.quill");
+    EXPECT_EQ(textAt(9), "Wren Gate");
+    EXPECT_EQ(textAt(10), "5.1.11.2143");
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word, Word, Word)>(plugin, 11)(plugin, 0, 0, 0, 0)), -1);
+    std::uint32_t size = 9;
+    char output = 'x';
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word, char*, std::uint32_t*)>(plugin, 12)(plugin, 0, 0, &output,
+                                                                                            &size)),
+              -2);
+    EXPECT_EQ(size, 0u);
+    EXPECT_EQ(output, '\0');
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, const char*)>(plugin, 13)(plugin, "no event")), -10);
+    EXPECT_TRUE((slotOf<bool (*)(void*)>(plugin, 14)(plugin)));
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word)>(plugin, 15)(plugin, 0, 0)), -2);
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word)>(plugin, 16)(plugin, 0)), -2);
+}
+
+// What a host or a backend implements: the class notes which of its operations the table's place led to.
+
+class NotingHost : public IPresentationCB, public ITranslator {
+public:
+    std::string called;
+    std::int32_t Notify(std::uintptr_t, const char*) override { return note("Notify"); }
+    std::int32_t StopDone(std::uintptr_t) override { return note("StopDone"); }
+    std::int32_t TranslatorOperation1(std::uintptr_t, std::uintptr_t, std::uintptr_t) override {
+        return note("TranslatorOperation1");
+    }
+    std::int32_t TranslatorOperation2(std::uintptr_t, std::uintptr_t, std::uintptr_t) override {
+        return note("TranslatorOperation2");
+    }
+
+private:
+    std::int32_t note(const char* name) {
+        called = name;
+        return 0;
+    }
+};
+
+TEST(SdkTables, HostInterfacesHaveTheirSlotsInOrder) {
+    NotingHost noting;
+    void* callback = static_cast<IPresentationCB*>(&noting);
+    slotOf<std::int32_t (*)(void*, std::uintptr_t, const char*)>(callback, 0)(callback, 0, "");
+    EXPECT_EQ(noting.called, "Notify");
+    slotOf<std::int32_t (*)(void*, std::uintptr_t)>(callback, 1)(callback, 0);
+    EXPECT_EQ(noting.called, "StopDone");
+    void* translator = static_cast<ITranslator*>(&noting);
+    using Operation = std::int32_t (*)(void*, std::uintptr_t, std::uintptr_t, std::uintptr_t);
+    slotOf<Operation>(translator, 0)(translator, 0, 0, 0);
+    EXPECT_EQ(noting.called, "TranslatorOperation1");
+    slotOf<Operation>(translator, 1)(translator, 0, 0, 0);
+    EXPECT_EQ(noting.called, "TranslatorOperation2");
+}
+
+class NotingApi final : public IQuillApi, public IQuillApiFactory {
+public:
+    std::string called;
+    QuillApiResult Start(std::weak_ptr<IQuillApiCallbacks>) override { return note("Start"); }
+    QuillApiResult InitiateEnrollment(const char*) override { return note("InitiateEnrollment"); }
+    QuillApiResult InitiateReEnrollment(const char*) override { return note("InitiateReEnrollment"); }
+    QuillApiResult EnrollmentAuthReply(const char*) override { return note("EnrollmentAuthReply"); }
+    QuillApiResult CancelEnrollment(const char*) override { return note("CancelEnrollment"); }
+    QuillApiResult InitiateUnenrollment(const char*) override { return note("InitiateUnenrollment"); }
+    QuillApiResult PerformConfigSync(const char*) override { return note("PerformConfigSync"); }
+    QuillApiResult TriggerPostureReports(const char*) override { return note("TriggerPostureReports"); }
+    QuillApiResult DataplaneAuthReply(const char*) override { return note("DataplaneAuthReply"); }
+    QuillApiResult Stop() override { return note("Stop"); }
+    QuillApiResult Reserved() override { return note("Reserved"); }
+    QuillApiResult CreateApi(std::shared_ptr<IQuillApi>&) override { return note("CreateApi"); }
+
+private:
+    QuillApiResult note(const char* name) {
+        called = name;
+        return QuillApiResult::Success;
+    }
+};
+
+TEST(SdkTables, BackendInterfacesHaveTheirSlotsInOrder) {
+    NotingApi noting;
+    void* api = static_cast<IQuillApi*>(&noting);
+    const char* const requests[] = {"InitiateEnrollment",   "InitiateReEnrollment", "EnrollmentAuthReply",
+                                    "CancelEnrollment",     "InitiateUnenrollment", "PerformConfigSync",
+                                    "TriggerPostureReports", "DataplaneAuthReply"};
+    slotOf<QuillApiResult (*)(void*, std::weak_ptr<IQuillApiCallbacks>)>(api, 0)(api, {});
+    EXPECT_EQ(noting.called, "Start");
+    std::size_t place = 1;
+    for (const char* request : requests) {
+        slotOf<QuillApiResult (*)(void*, const char*)>(api, place++)(api, "");
+        EXPECT_EQ(noting.called, request);
+    }
+    slotOf<QuillApiResult (*)(void*)>(api, 9)(api);
+    EXPECT_EQ(noting.called, "Stop");
+    void* factory = static_cast<IQuillApiFactory*>(&noting);
+    std::shared_ptr<IQuillApi> made;
+    slotOf<QuillApiResult (*)(void*)>(factory, 0)(factory);
+    EXPECT_EQ(noting.called, "Reserved");
+    slotOf<QuillApiResult (*)(void*, std::shared_ptr<IQuillApi>&)>(factory, 1)(factory, made);
+    EXPECT_EQ(noting.called, "CreateApi");
+}
+
+class NotingCallbacks : public IQuillApiCallbacks {
+public:
+    std::string called;
+    void StatusNotification(const char*) override { called = "StatusNotification"; }
+    void EnrollmentStatusNotification(const char*) override { called = "EnrollmentStatusNotification"; }
+    void EnrollmentAuthRequest(const char*) override { called = "EnrollmentAuthRequest"; }
+    void UnenrollmentStatusNotification(const char*) override { called = "UnenrollmentStatusNotification"; }
+    void DataplaneNotification(const char*) override { called = "DataplaneNotification"; }
+};
+
+TEST(SdkTables, BackendCallbacksHaveTheirSlotsInOrder) {
+    NotingCallbacks noting;
+    void* callbacks = static_cast<IQuillApiCallbacks*>(&noting);
+    std::size_t place = 0;
+    for (const char* document : {"StatusNotification", "EnrollmentStatusNotification", "EnrollmentAuthRequest",
+                                 "UnenrollmentStatusNotification", "DataplaneNotification"}) {
+        slotOf<void (*)(void*, const char*)>(callbacks, place++)(callbacks, "");
+        EXPECT_EQ(noting.called, document);
+    }
+}
+
+} // namespace
