@@ -1,0 +1,43 @@
+#include "host/BackendControls.h"
+
+#include "host/HostError.h"
+
+#include <string>
+
+namespace host {
+namespace {
+
+constexpr const char* libraryName = "libkes_wren_api.so";
+
+SharedLibrary loadedBackend() {
+    auto found = SharedLibrary::findLoaded(libraryName);
+    if (!found) {
+        throw HostError("the module has loaded no backend library " + std::string(libraryName));
+    }
+    return std::move(*found);
+}
+
+template <class Function>
+Function required(const SharedLibrary& library, const char* name) {
+    const auto function = library.function<Function>(name);
+    if (function == nullptr) {
+        throw HostError("the module's backend library is not the stand-in service: it exports no " +
+                        std::string(name));
+    }
+    return function;
+}
+
+} // namespace
+
+BackendControls::BackendControls()
+    : library(loadedBackend())
+    , setQuiet(required<decltype(setQuiet)>(library, "wrensim_set_quiet"))
+    , deliverAndWait(required<decltype(deliverAndWait)>(library, "wrensim_deliver_and_wait"))
+    , hasReceiver(required<decltype(hasReceiver)>(library, "wrensim_has_receiver"))
+    , setResult(required<decltype(setResult)>(library, "wrensim_set_result"))
+    , setNullApi(required<decltype(setNullApi)>(library, "wrensim_set_null_api"))
+    , setFactoryExpired(required<decltype(setFactoryExpired)>(library, "wrensim_set_factory_expired"))
+    , reset(required<decltype(reset)>(library, "wrensim_reset"))
+    , observe(required<decltype(observe)>(library, "wrensim_observe")) {}
+
+} // namespace host

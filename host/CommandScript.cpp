@@ -1,0 +1,32 @@
+#include "host/BackendControls.h"
+#include "host/Commands.h"
+#include "host/HostError.h"
+#include "host/LogLevel.h"
+#include "host/LogTap.h"
+#include "host/PluginModule.h"
+#include "host/SessionFile.h"
+#include "host/SessionRecorder.h"
+#include "host/SessionRunner.h"
+#include "host/TimeZone.h"
+
+#include <iostream>
+
+namespace host {
+
+void runScript(const ScriptOptions& options) {
+    const Session session = readSession(options.file);
+    if (const auto zone = session.timeZone()) {
+        setTimeZone(*zone);
+    }
+    const LogLevelFolder logLevel(options.logLevel);
+    SessionRecorder recorder(std::cout);
+    const LogTap log([&recorder](const LogRecord& record) { recorder.log(record); });
+    const PluginModule module(options.module);
+    const BackendControls backend;
+    SessionRunner(module, backend, recorder).run(session);
+    if (!std::cout) {
+        throw HostError("cannot write the outputs");
+    }
+}
+
+} // namespace host

@@ -1,0 +1,32 @@
+/// The commands of the program. Each takes what its options say, writes to standard output, and throws
+/// HostError where it cannot do its job.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace host {
+
+struct ScriptOptions {
+    std::filesystem::path file;
+    std::filesystem::path module;
+    std::string logLevel; ///< one of `logLevels`
+};
+/// Runs a session file and prints it with its outputs.
+void runScript(const ScriptOptions& options);
+
+struct InfoOptions {
+    std::filesystem::path module;
+    bool asJson = false;
+};
+/// Tells what a module is and offers.
+void showInfo(const InfoOptions& options);
+
+struct WatchOptions {
+    std::filesystem::path module;
+    std::string logLevel; ///< one of `logLevels`, or empty to leave the log out
+};
+/// Runs the module and prints what its user would see, until the program is interrupted.
+void watchScreen(const WatchOptions& options);
+
+} // namespace host

@@ -1,0 +1,28 @@
+/// Chooses how much the module logs.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace host {
+
+/// The names of the levels, from the chattiest.
+inline constexpr const char* logLevels[] = {"DBG_TRACE", "DBG_INFO", "DBG_WARN", "DBG_ERROR"};
+
+/// A private data folder for a module that is loaded while this exists: its log configuration lets pass what
+/// is at or above one level. The folder goes with the object.
+class LogLevelFolder {
+public:
+    /// Makes the folder and names it to the module through the environment: no other thread may run yet.
+    /// @param level one of `logLevels`
+    /// @throws HostError where the folder cannot be made
+    explicit LogLevelFolder(const std::string& level);
+    LogLevelFolder(const LogLevelFolder&) = delete;
+    LogLevelFolder& operator=(const LogLevelFolder&) = delete;
+    ~LogLevelFolder();
+
+private:
+    std::filesystem::path folder;
+};
+
+} // namespace host

@@ -1,0 +1,49 @@
+#include "host/PluginModule.h"
+
+#include "host/HostError.h"
+#include "host/ProgramPath.h"
+
+namespace host {
+namespace {
+
+constexpr int usedVersion = 3;
+
+template <class Function>
+Function required(const SharedLibrary& library, const char* name, const std::filesystem::path& file) {
+    const auto function = library.function<Function>(name);
+    if (function == nullptr) {
+        throw HostError("not a plugin module: " + file.string() + " exports no " + name);
+    }
+    return function;
+}
+
+} // namespace
+
+PluginModule::PluginModule(const std::filesystem::path& file)
+    : library(SharedLibrary::load(file))
+    , getInterfaces(required<decltype(getInterfaces)>(library, "GetAvailableInterfaces", file))
+    , createPlugin(required<decltype(createPlugin)>(library, "CreatePlugin", file))
+    , disposePlugin(required<decltype(disposePlugin)>(library, "DisposePlugin", file)) {}
+
+IPresentationPluginV3* PluginModule::create(const char* name) const {
+    Plugin* plugin = createPlugin(name);
+    if (plugin != nullptr && !plugin->SupportsInterface(presentationInterfaceName, usedVersion)) {
+        disposePlugin(plugin);
+        throw HostError("the module's object does not offer version 3 of " +
+                        std::string(presentationInterfaceName));
+    }
+    // What the object just promised. A dynamic_cast would need the class's type information at link time,
+    // and that stands in a module which is only known at run time.
+    return static_cast<IPresentationPluginV3*>(plugin);
+}
+
+bool PluginModule::hasCRecord() const {
+    return library.symbol("CreateCbasedPlugin") != nullptr &&
+           library.symbol("DisposeCbasedPlugin") != nullptr;
+}
+
+std::filesystem::path defaultModulePath() {
+    return programPath().parent_path().parent_path() / "lib" / "libkes_wren_presentation_plugin.so";
+}
+
+} // namespace host

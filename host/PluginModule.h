@@ -1,0 +1,56 @@
+/// The module under the host: its exported functions.
+#pragma once
+
+#include "host/SharedLibrary.h"
+#include "wren/PresentationPlugin.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace host {
+
+/// A loaded plugin module. Loading runs its start-up code, unloading its end.
+class PluginModule {
+public:
+    /// @throws HostError for a file that cannot be loaded or that lacks an exported function
+    explicit PluginModule(const std::filesystem::path& file);
+
+    PluginInterfaceList interfaces() const { return getInterfaces(); }
+
+    /// `CreatePlugin`, as the interface that the host uses; the object goes to `dispose`.
+    /// @param name NUL-terminated or null
+    /// @return null where the module refused
+    /// @throws HostError where the object does not offer version 3 of the interface
+    IPresentationPluginV3* create(const char* name) const;
+
+    /// `DisposePlugin`.
+    /// @param plugin from `create`, or null
+    bool dispose(Plugin* plugin) const { return disposePlugin(plugin); }
+
+    /// Whether the module offers its record of C functions too.
+    bool hasCRecord() const;
+
+private:
+    SharedLibrary library;
+    decltype(&GetAvailableInterfaces) getInterfaces;
+    decltype(&CreatePlugin) createPlugin;
+    decltype(&DisposePlugin) disposePlugin;
+};
+
+/// A plugin object that is disposed of where it goes out of use.
+class PluginOwner {
+public:
+    explicit PluginOwner(const PluginModule& from)
+        : module(&from) {}
+    void operator()(IPresentationPluginV3* plugin) const { module->dispose(plugin); }
+
+private:
+    const PluginModule* module;
+};
+using OwnedPlugin = std::unique_ptr<IPresentationPluginV3, PluginOwner>;
+
+/// The module that was built along with this program: beside it, in ../lib.
+std::filesystem::path defaultModulePath();
+
+} // namespace host

@@ -1,0 +1,75 @@
+#include "host/Commands.h"
+#include "host/HostError.h"
+#include "host/LogLevel.h"
+#include "host/PluginModule.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int exitBadInput = 2;
+
+int fail(const std::string& what) {
+    std::cerr << "wren-host: " << what << '\n';
+    return exitBadInput;
+}
+
+void addLogLevel(CLI::App& command, std::string& level, const char* help) {
+    const std::vector<std::string> levels(std::begin(host::logLevels), std::end(host::logLevels));
+    command.add_option("--log", level, help)->type_name("LEVEL")->check(CLI::IsMember(levels));
+}
+
+void addModule(CLI::App& command, const char* name, std::filesystem::path& module) {
+    command.add_option(name, module, "The plugin module; its own build's unless told")->type_name("PATH");
+}
+
+/// The options of all commands and the command that was chosen.
+struct CommandLine {
+    CommandLine() {
+        app.require_subcommand(1);
+
+        CLI::App& runsScript = *app.add_subcommand("script", "Run a session file and print what comes of it");
+        runsScript.add_option("FILE", script.file, "The session file")->required();
+        addLogLevel(runsScript, script.logLevel, "Lowest level of the log lines, DBG_TRACE unless told");
+        addModule(runsScript, "--module", script.module);
+        runsScript.callback([this] { host::runScript(script); });
+
+        CLI::App& watches = *app.add_subcommand("watch", "Print what the plugin shows until interrupted");
+        addLogLevel(watches, watch.logLevel, "Print the log too, from this level on");
+        addModule(watches, "--module", watch.module);
+        watches.callback([this] { host::watchScreen(watch); });
+
+        CLI::App& informs = *app.add_subcommand("info", "Tell what a module is and offers");
+        addModule(informs, "MODULE", info.module);
+        informs.add_flag("--json", info.asJson, "As JSON");
+        informs.callback([this] { host::showInfo(info); });
+    }
+
+    CLI::App app{"Reference host for presentation plugins", "wren-host"};
+    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE"};
+    host::WatchOptions watch{host::defaultModulePath(), {}};
+    host::InfoOptions info{host::defaultModulePath(), false};
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        CommandLine commandLine;
+        try {
+            commandLine.app.parse(argc, argv);
+        } catch (const CLI::Success& wish) { // for help
+            return commandLine.app.exit(wish);
+        } catch (const CLI::Error& fault) {
+            return fail(fault.what());
+        }
+        return 0;
+    } catch (const std::exception& fault) {
+        return fail(fault.what());
+    }
+}

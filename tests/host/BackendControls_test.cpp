@@ -1,0 +1,45 @@
+#include "host/BackendControls.h"
+
+#include "host/HostError.h"
+#include "tests/host/Paths.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <iterator>
+#include <optional>
+
+namespace {
+
+using host::SharedLibrary;
+
+std::ptrdiff_t threadCount() {
+    const std::filesystem::directory_iterator threads("/proc/self/task");
+    return std::distance(begin(threads), end(threads));
+}
+
+TEST(BackendControls, AreTakenFromTheLoadedLibrary) {
+    const SharedLibrary backend = SharedLibrary::load(test::backendLibrary);
+    const host::BackendControls controls;
+    EXPECT_FALSE(controls.hasReceiver(WRENSIM_LATEST_API));
+    EXPECT_EQ(controls.deliverAndWait(WRENSIM_LATEST_API, wrensim_status_notification, "{}"),
+              wrensim_no_receiver);
+    EXPECT_FALSE(controls.setResult("Nothing", 1, 1));
+}
+
+TEST(BackendControls, NeedALoadedLibrary) {
+    ASSERT_FALSE(SharedLibrary::findLoaded("libkes_wren_api.so"));
+    EXPECT_THROW(host::BackendControls(), host::HostError);
+}
+
+TEST(BackendControls, LibraryThatIsUnloadedTakesItsThreadWithIt) {
+    std::optional<SharedLibrary> backend = SharedLibrary::load(test::backendLibrary);
+    const std::ptrdiff_t before = threadCount();
+    backend->function<decltype(&wrensim_set_pace)>("wrensim_set_pace")(0);
+    EXPECT_EQ(threadCount(), before + 1);
+    backend.reset();
+    EXPECT_EQ(threadCount(), before);
+    EXPECT_FALSE(SharedLibrary::findLoaded("libkes_wren_api.so"));
+}
+
+} // namespace

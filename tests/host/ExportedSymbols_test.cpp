@@ -1,0 +1,91 @@
+#include "host/ExportedSymbols.h"
+
+#include "host/Files.h"
+#include "host/HostError.h"
+#include "tests/host/Paths.h"
+
+#include <gmock/gmock.h>
+
+#include <elf.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace {
+
+using host::exportedSymbols;
+using host::HostError;
+using ::testing::ElementsAre;
+
+TEST(ExportedSymbols, BackendLibraryExportsItsContractAndItsControlsAndNothingElse) {
+    EXPECT_THAT(
+        exportedSymbols(test::backendLibrary),
+        ElementsAre("GetQuillApiFactory", "_ZN18IQuillApiCallbacksC1Ev", "_ZN18IQuillApiCallbacksC2Ev",
+                    "_ZN18IQuillApiCallbacksD0Ev", "_ZN18IQuillApiCallbacksD1Ev",
+                    "_ZN18IQuillApiCallbacksD2Ev", "_ZTI18IQuillApiCallbacks", "_ZTS18IQuillApiCallbacks",
+                    "_ZTV18IQuillApiCallbacks", "wrensim_deliver", "wrensim_deliver_and_wait",
+                    "wrensim_has_receiver", "wrensim_observe", "wrensim_reset", "wrensim_set_factory_expired",
+                    "wrensim_set_null_api", "wrensim_set_pace", "wrensim_set_quiet", "wrensim_set_result"));
+}
+
+TEST(ExportedSymbols, RefusesWhatCannotBeRead) {
+    EXPECT_THROW(exportedSymbols("/nonexistent/library.so"), HostError);
+    EXPECT_THROW(exportedSymbols("/"), HostError);
+}
+
+/// Copies of a real library that are not what they were.
+class DamagedLibrary : public ::testing::Test {
+protected:
+    ~DamagedLibrary() override { std::filesystem::remove(path); }
+
+    void write(const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
+
+    std::string bytes = host::readFile(test::backendLibrary);
+    std::string path = ::testing::TempDir() + "damaged-library.so";
+};
+
+TEST_F(DamagedLibrary, AnotherKindOfFileIsRefused) {
+    for (const std::string& content : {std::string(),
+                                       std::string("\x7F"
+                                                   "ELF"),
+                                       std::string("{}"), std::string(1000, '\0')}) {
+        write(content);
+        EXPECT_THROW(exportedSymbols(path), HostError);
+    }
+    std::string narrow = bytes;
+    narrow[EI_CLASS] = ELFCLASS32;
+    write(narrow);
+    EXPECT_THROW(exportedSymbols(path), HostError);
+    std::string swapped = bytes;
+    swapped[EI_DATA] = ELFDATA2MSB;
+    write(swapped);
+    EXPECT_THROW(exportedSymbols(path), HostError);
+}
+
+TEST_F(DamagedLibrary, IsNeverReadPastItsEnd) {
+    for (std::size_t size = sizeof(Elf64_Ehdr); size < bytes.size(); size += bytes.size() / 97 + 1) {
+        write(bytes.substr(0, size));
+        EXPECT_NO_THROW(exportedSymbols(path)) << size;
+    }
+}
+
+TEST_F(DamagedLibrary, WildOffsetsAreNotFollowed) {
+    Elf64_Ehdr header;
+    std::memcpy(&header, bytes.data(), sizeof header);
+    for (std::size_t section = 0; section < header.e_shnum; ++section) {
+        for (const std::size_t field : {offsetof(Elf64_Shdr, sh_offset), offsetof(Elf64_Shdr, sh_size)}) {
+            std::string wild = bytes;
+            std::memset(wild.data() + header.e_shoff + section * sizeof(Elf64_Shdr) + field, 0xFF, 8);
+            write(wild);
+            EXPECT_NO_THROW(exportedSymbols(path));
+        }
+    }
+    std::string wild = bytes;
+    std::memset(wild.data() + offsetof(Elf64_Ehdr, e_shoff), 0xFF, 8);
+    write(wild);
+    EXPECT_THAT(exportedSymbols(path), ElementsAre());
+}
+
+} // namespace

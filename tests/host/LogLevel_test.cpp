@@ -1,0 +1,40 @@
+#include "host/LogLevel.h"
+
+#include "host/Files.h"
+#include "host/HostError.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(LogLevelFolder, HoldsTheConfigurationAndGoesWithIt) {
+    fs::path folder;
+    {
+        const host::LogLevelFolder level("DBG_WARN");
+        folder = std::getenv("WREN_PROGRAM_DATA");
+        EXPECT_EQ(host::readFile(folder / "Norvane" / "Norvane Kestrel Suite" / "WREN" / "logconfig.json"),
+                  "{\"global\":\"DBG_WARN\"}\n");
+        EXPECT_EQ(fs::status(folder).permissions(), fs::perms::owner_all) << "private";
+    }
+    EXPECT_FALSE(fs::exists(folder));
+}
+
+TEST(LogLevelFolder, EachIsItsOwn) {
+    const host::LogLevelFolder first("DBG_TRACE");
+    const std::string folder = std::getenv("WREN_PROGRAM_DATA");
+    const host::LogLevelFolder second("DBG_ERROR");
+    EXPECT_NE(folder, std::getenv("WREN_PROGRAM_DATA"));
+}
+
+TEST(LogLevelFolder, WithoutATemporaryFolderThereIsOneClearError) {
+    ::setenv("TMPDIR", "/nonexistent", 1);
+    EXPECT_THROW(host::LogLevelFolder("DBG_TRACE"), host::HostError);
+    ::unsetenv("TMPDIR");
+}
+
+} // namespace

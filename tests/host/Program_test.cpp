@@ -1,0 +1,249 @@
+// The program as a user runs it, against the module that echoes.
+#include "host/Files.h"
+#include "tests/host/Paths.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::StartsWith;
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int exitCode = -1;
+    std::string out;
+    std::string error;
+};
+
+/// A run of the program with its outputs caught.
+class Program {
+public:
+    explicit Program(std::vector<std::string> arguments) {
+        if (::pipe(out.data()) != 0 || ::pipe(error.data()) != 0) {
+            return;
+        }
+        child = ::fork();
+        if (child == 0) {
+            ::dup2(out[1], STDOUT_FILENO);
+            ::dup2(error[1], STDERR_FILENO);
+            for (const int end : {out[0], out[1], error[0], error[1]}) {
+                ::close(end);
+            }
+            std::vector<char*> words{const_cast<char*>(test::hostProgram)};
+            for (std::string& argument : arguments) {
+                words.push_back(argument.data());
+            }
+            words.push_back(nullptr);
+            ::execv(test::hostProgram, words.data());
+            ::_exit(127);
+        }
+        ::close(out[1]);
+        ::close(error[1]);
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program() {
+        ::close(out[0]);
+        ::close(error[0]);
+    }
+
+    /// Waits until the output holds `text`.
+    void waitForOutput(const std::string& text) {
+        while (caught.find(text) == std::string::npos && readSome(out[0], caught)) {
+        }
+    }
+    void signal(int number) const { ::kill(child, number); }
+
+    Outcome finish() {
+        std::string errors;
+        while (readSome(out[0], caught)) {
+        }
+        while (readSome(error[0], errors)) {
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, caught, errors};
+    }
+
+private:
+    static bool readSome(int end, std::string& text) {
+        char part[4096];
+        const ssize_t count = ::read(end, part, sizeof part);
+        text.append(part, count > 0 ? static_cast<std::size_t>(count) : 0);
+        return count > 0;
+    }
+
+    std::array<int, 2> out{};
+    std::array<int, 2> error{};
+    pid_t child = -1;
+    std::string caught;
+};
+
+Outcome run(const std::vector<std::string>& arguments) { return Program(arguments).finish(); }
+
+/// A folder of its own for the files of a test, and for the temporary files of the program.
+class ProgramTest : public ::testing::Test {
+protected:
+    ProgramTest() {
+        fs::create_directories(folder);
+        ::setenv("TMPDIR", folder.c_str(), 1);
+    }
+    ~ProgramTest() override {
+        ::unsetenv("TMPDIR");
+        fs::remove_all(folder);
+    }
+
+    std::string session(const std::string& content) {
+        const fs::path file = folder / "a session.jsonl";
+        std::ofstream(file, std::ios::binary) << content;
+        return file.string();
+    }
+    Outcome runSession(const std::string& content) {
+        return run({"script", session(content), "--module", test::echoModule});
+    }
+    bool leftTemporaryFiles() const {
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            if (entry.path().filename().string().starts_with("wren-host-")) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    const fs::path folder = ::testing::TempDir() + "wren host tests " + std::to_string(::getpid());
+};
+
+TEST_F(ProgramTest, ScriptPrintsTheSession) {
+    const Outcome outcome = runSession("# comment\n"
+                                       "{\"do\":\"session\",\"format\":1,\"time_zone\":\"UTC\"}\n"
+                                       "{\"do\":\"create\",\"name\":\"other\"}\n"
+                                       "{\"n\":2,\"out\":\"created\",\"object\":true}\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_EQ(outcome.out,
+              R"({"do":"session","format":1,"time_zone":"UTC"}
+{"do":"create","name":"other"}
+{"n":2,"out":"log","severity":0,"function":"CreatePlugin","file":"EchoModule","line":12,"message":"other"}
+{"n":2,"out":"created","object":false}
+)");
+    EXPECT_FALSE(leftTemporaryFiles());
+}
+
+TEST_F(ProgramTest, ScriptThatFailsOnItsWayHasPrintedWhatItDid) {
+    const Outcome outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"start\"}\n");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_THAT(outcome.error,
+                MatchesRegex("wren-host: .*a session.jsonl:2: object \"p\" was never created\n"));
+    EXPECT_THAT(outcome.out, StartsWith("{\"do\":\"interfaces\"}\n{\"n\":1,\"out\":\"interfaces\""));
+    EXPECT_FALSE(leftTemporaryFiles());
+}
+
+TEST_F(ProgramTest, ScriptWithAFaultRunsNothing) {
+    const Outcome outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"nothing\"}\n");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.error, MatchesRegex("wren-host: .*a session.jsonl:2: unknown \"do\": \"nothing\"\n"));
+}
+
+TEST_F(ProgramTest, ScriptEndsObjectsThatTheSessionLeavesBehind) {
+    const Outcome outcome = runSession(
+        "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
+        "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
+        "{\"do\":\"start\"}\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(outcome.out.ends_with("{\"n\":3,\"out\":\"result\",\"value\":0}\n")) << outcome.out;
+}
+
+TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
+    const std::vector<std::string> commandLines[] = {
+        {},
+        {"dance"},
+        {"script"},
+        {"script", "/nonexistent/session"},
+        {"script", "/nonexistent/session", "more"},
+        {"script", session("{\"do\":\"interfaces\"}"), "--log", "DBG_ALL", "--module", test::echoModule},
+        {"script", session("{\"do\":\"interfaces\"}"), "--module", "/nonexistent/module.so"},
+        {"script", session("{\"do\":\"interfaces\"}"), "--module", test::backendLibrary},
+        {"script", session("{\"do\":\"interfaces\"}"), "--module", session("{\"do\":\"interfaces\"}")},
+        {"watch", "--log", "loud"},
+        {"watch", "--module", "/nonexistent/module.so"},
+        {"info", "/nonexistent/module.so"},
+        {"info", test::backendLibrary},
+        {"info", session("")},
+        {"info", "--yaml"},
+    };
+    for (const auto& commandLine : commandLines) {
+        const Outcome outcome = run(commandLine);
+        EXPECT_EQ(outcome.exitCode, 2) << ::testing::PrintToString(commandLine);
+        EXPECT_EQ(outcome.out, "") << ::testing::PrintToString(commandLine);
+        EXPECT_THAT(outcome.error, MatchesRegex("wren-host: [^\n]+\n"))
+            << ::testing::PrintToString(commandLine);
+    }
+    EXPECT_FALSE(leftTemporaryFiles());
+}
+
+TEST_F(ProgramTest, HelpIsNoError) {
+    const Outcome outcome = run({"--help"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("script"));
+}
+
+TEST_F(ProgramTest, InfoTellsWhatTheModuleIs) {
+    const Outcome text = run({"info", test::echoModule});
+    EXPECT_EQ(text.exitCode, 0);
+    EXPECT_THAT(text.out, StartsWith("module           " + std::string(test::echoModule) +
+                                     "\n"
+                                     "identity         echo.identity\n"
+                                     "label            Echo\n"
+                                     "display version  1.2\n"
+                                     "interfaces       com.norvane.vantor.presentation (version 3)\n"
+                                     "                 echo (version 1)\n"
+                                     "exports          CreatePlugin\n"
+                                     "                 DisposePlugin\n"
+                                     "                 GetAvailableInterfaces\n"));
+    const Outcome json = run({"info", "--json", test::echoModule});
+    EXPECT_EQ(json.exitCode, 0);
+    EXPECT_THAT(json.out,
+                StartsWith("{\"module\":\"" + std::string(test::echoModule) +
+                           R"(","interfaces":[{"name":"com.norvane.vantor.presentation","version":3},)"
+                           R"({"name":"echo","version":1}],"identity":"echo.identity","label":"Echo",)"
+                           R"("display_version":"1.2","exports":["CreatePlugin","DisposePlugin",)"));
+}
+
+TEST_F(ProgramTest, WatchPrintsUntilItIsInterrupted) {
+    for (const int number : {SIGINT, SIGTERM}) {
+        Program program({"watch", "--module", test::echoModule});
+        program.waitForOutput("Unreadable notice"); // the echo of the first status is no XML
+        program.signal(number);
+        const Outcome outcome = program.finish();
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_EQ(outcome.error, "");
+        EXPECT_THAT(outcome.out, testing::Not(HasSubstr("log ")));
+    }
+}
+
+TEST_F(ProgramTest, WatchPrintsTheLogWhereItIsAskedTo) {
+    Program program({"watch", "--log", "DBG_TRACE", "--module", test::echoModule});
+    program.waitForOutput("Unreadable notice");
+    program.signal(SIGINT);
+    const Outcome outcome = program.finish();
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("log T CreatePlugin: com.norvane.vantor.presentation\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("log T EchoPlugin::Stop: 0\n"));
+    EXPECT_FALSE(leftTemporaryFiles());
+}
+
+} // namespace
