@@ -194,7 +194,7 @@ private:
     PresentationPluginMachine sm;
     std::string clientDescription; ///< user agent of the browser popups
     QuillTimePoint alertTime = 0;  ///< time stamp of table alerts; never assigned, so that two derivations
-                                  ///< from the same records are equal
+                                   ///< from the same records are equal
     std::shared_ptr<const StatusNotification_t> cachedStatus;
     std::shared_ptr<const DataplaneNotification_t> cachedDataplane;
     std::string currentEnrollmentId;           ///< empty: no enrollment in progress

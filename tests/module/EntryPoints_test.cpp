@@ -36,26 +36,30 @@ TEST_F(EntryPoints, NullNameIsRefused) {
 
 TEST_F(EntryPoints, NamesThatDifferInAnyByteAreRefused) {
     for (const std::string name :
-         {"c_com.norvane.vantor.presentation", "Com.norvane.vantor.presentation", "com.norvane.vantor.presentation ",
-          "com.norvane.vantor.presentatio", ""}) {
-        EXPECT_EQ(session.run(R"({"do":"create","name":")" + name + "\"}"),
-                  (Lines{"log 3 CreatePlugin: Wrong create method for interface '" + name + "'", "created false"}));
+         {"c_com.norvane.vantor.presentation", "Com.norvane.vantor.presentation",
+          "com.norvane.vantor.presentation ", "com.norvane.vantor.presentatio", ""}) {
+        EXPECT_EQ(
+            session.run(R"({"do":"create","name":")" + name + "\"}"),
+            (Lines{"log 3 CreatePlugin: Wrong create method for interface '" + name + "'", "created false"}));
     }
 }
 
 TEST_F(EntryPoints, CreateFetchesTheFactoryAndConstructsThePlugin) {
-    EXPECT_EQ(test::withoutTrace(session.run(createdPlugin)),
-              (Lines{"log 0 CreatePlugin: Creating Plugin", "api GetQuillApiFactory",
-                     "log 0 PresentationPluginImpl::PresentationPluginImpl: Created WREN Presentation Plugin Version "
-                     "'5.1.11.2143'",
-                     "created true"}));
+    EXPECT_EQ(
+        test::withoutTrace(session.run(createdPlugin)),
+        (Lines{
+            "log 0 CreatePlugin: Creating Plugin", "api GetQuillApiFactory",
+            "log 0 PresentationPluginImpl::PresentationPluginImpl: Created WREN Presentation Plugin Version "
+            "'5.1.11.2143'",
+            "created true"}));
 }
 
 TEST_F(EntryPoints, AFactoryFailureIsLoggedByNameAndLeavesNothing) {
     const std::pair<int, std::string> results[] = {
-        {1, "BadParameter"},   {2, "Unexpected"},     {3, "NullPointer"}, {4, "InsufficientBuffer"},
-        {5, "NotImplemented"}, {6, "NotInitialized"}, {7, "NotFound"},    {8, "InvalidState"},
-        {9, ""},               {4000000000, ""}};
+        {1, "BadParameter"},       {2, "Unexpected"},     {3, "NullPointer"},
+        {4, "InsufficientBuffer"}, {5, "NotImplemented"}, {6, "NotInitialized"},
+        {7, "NotFound"},           {8, "InvalidState"},   {9, ""},
+        {4000000000, ""}};
     for (const auto& [result, name] : results) {
         session.run(R"({"do":"backend","operation":"GetQuillApiFactory","result":)" +
                     std::to_string(static_cast<std::uint32_t>(result)) + "}");
@@ -87,20 +91,15 @@ TEST_F(EntryPoints, SeveralObjectsLiveSideBySide) {
 
 TEST(ModuleFile, ExportsTheEntryPointsAndTheClassPluginAndNothingElse) {
     const std::vector<std::string> expected{
-        "CreatePlugin",          // the entry points
-        "DisposePlugin",
-        "GetAvailableInterfaces",
-        "_ZN6PluginC1ERKS_",     // constructors, assignment, destructors
-        "_ZN6PluginC1Ev",
-        "_ZN6PluginC2ERKS_",
-        "_ZN6PluginC2Ev",
-        "_ZN6PluginD0Ev",
-        "_ZN6PluginD1Ev",
-        "_ZN6PluginD2Ev",
+        "CreatePlugin", // the entry points
+        "DisposePlugin",     "GetAvailableInterfaces",
+        "_ZN6PluginC1ERKS_", // constructors, assignment, destructors
+        "_ZN6PluginC1Ev",    "_ZN6PluginC2ERKS_",
+        "_ZN6PluginC2Ev",    "_ZN6PluginD0Ev",
+        "_ZN6PluginD1Ev",    "_ZN6PluginD2Ev",
         "_ZN6PluginaSERKS_",
-        "_ZTI6Plugin",           // type information and table
-        "_ZTS6Plugin",
-        "_ZTV6Plugin",
+        "_ZTI6Plugin", // type information and table
+        "_ZTS6Plugin",       "_ZTV6Plugin",
     };
     EXPECT_EQ(host::exportedSymbols(host::defaultModulePath()), expected);
 }
@@ -116,7 +115,8 @@ Function slotOf(void* object, std::size_t place) {
 
 TEST(ModuleTables, PluginInterfaceHasItsSlotsInOrder) {
     const host::PluginModule module(host::defaultModulePath());
-    const host::OwnedPlugin owned(module.create("com.norvane.vantor.presentation"), host::PluginOwner(module));
+    const host::OwnedPlugin owned(module.create("com.norvane.vantor.presentation"),
+                                  host::PluginOwner(module));
     ASSERT_TRUE(owned);
     void* plugin = dynamic_cast<void*>(owned.get());
     const auto textAt = [&](std::size_t place) {
@@ -126,10 +126,11 @@ TEST(ModuleTables, PluginInterfaceHasItsSlotsInOrder) {
         return std::string(text);
     };
     using Word = std::uintptr_t;
-    EXPECT_TRUE((slotOf<bool (*)(void*, const char*, int)>(plugin, 0)(plugin, "com.norvane.vantor.presentation", 2)));
+    EXPECT_TRUE(
+        (slotOf<bool (*)(void*, const char*, int)>(plugin, 0)(plugin, "com.norvane.vantor.presentation", 2)));
     // Places 1 and 2: the destructor.
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, const char*, Word, void*, void*)>(plugin, 3)(plugin, nullptr, 0, nullptr,
-                                                                                        nullptr)),
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, const char*, Word, void*, void*)>(plugin, 3)(plugin, nullptr, 0,
+                                                                                           nullptr, nullptr)),
               -4);
     EXPECT_EQ((slotOf<std::int32_t (*)(void*)>(plugin, 4)(plugin)), -10);
     EXPECT_EQ((slotOf<std::int32_t (*)(void*, std::uint32_t)>(plugin, 5)(plugin, 0)), -10);
@@ -141,8 +142,8 @@ TEST(ModuleTables, PluginInterfaceHasItsSlotsInOrder) {
     EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word, Word, Word)>(plugin, 11)(plugin, 0, 0, 0, 0)), -1);
     std::uint32_t size = 9;
     char output = 'x';
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word, char*, std::uint32_t*)>(plugin, 12)(plugin, 0, 0, &output,
-                                                                                            &size)),
+    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word, char*, std::uint32_t*)>(plugin, 12)(
+                  plugin, 0, 0, &output, &size)),
               -2);
     EXPECT_EQ(size, 0u);
     EXPECT_EQ(output, '\0');
@@ -214,8 +215,8 @@ private:
 TEST(SdkTables, BackendInterfacesHaveTheirSlotsInOrder) {
     NotingApi noting;
     void* api = static_cast<IQuillApi*>(&noting);
-    const char* const requests[] = {"InitiateEnrollment",   "InitiateReEnrollment", "EnrollmentAuthReply",
-                                    "CancelEnrollment",     "InitiateUnenrollment", "PerformConfigSync",
+    const char* const requests[] = {"InitiateEnrollment",    "InitiateReEnrollment", "EnrollmentAuthReply",
+                                    "CancelEnrollment",      "InitiateUnenrollment", "PerformConfigSync",
                                     "TriggerPostureReports", "DataplaneAuthReply"};
     slotOf<QuillApiResult (*)(void*, std::weak_ptr<IQuillApiCallbacks>)>(api, 0)(api, {});
     EXPECT_EQ(noting.called, "Start");
@@ -248,8 +249,9 @@ TEST(SdkTables, BackendCallbacksHaveTheirSlotsInOrder) {
     NotingCallbacks noting;
     void* callbacks = static_cast<IQuillApiCallbacks*>(&noting);
     std::size_t place = 0;
-    for (const char* document : {"StatusNotification", "EnrollmentStatusNotification", "EnrollmentAuthRequest",
-                                 "UnenrollmentStatusNotification", "DataplaneNotification"}) {
+    for (const char* document :
+         {"StatusNotification", "EnrollmentStatusNotification", "EnrollmentAuthRequest",
+          "UnenrollmentStatusNotification", "DataplaneNotification"}) {
         slotOf<void (*)(void*, const char*)>(callbacks, place++)(callbacks, "");
         EXPECT_EQ(noting.called, document);
     }

@@ -29,9 +29,11 @@ TEST_F(Lifecycle, RegisterReportsTheFirstNullArgumentOnly) {
     EXPECT_EQ(run(R"({"do":"register","arguments":null,"callbacks":null,"translator":false,"handle":7})"),
               (Lines{"log 3 PresentationPluginImpl::Register: Arguments string is NULL", "result -4"}));
     EXPECT_EQ(run(R"({"do":"register","arguments":"x","callbacks":null,"translator":false,"handle":7})"),
-              (Lines{"log 3 PresentationPluginImpl::Register: Presentation callback pointer is NULL", "result -4"}));
-    EXPECT_EQ(run(R"({"do":"register","arguments":"x","callbacks":"host","translator":false,"handle":7})"),
-              (Lines{"log 3 PresentationPluginImpl::Register: Translator callback pointer is NULL", "result -4"}));
+              (Lines{"log 3 PresentationPluginImpl::Register: Presentation callback pointer is NULL",
+                     "result -4"}));
+    EXPECT_EQ(
+        run(R"({"do":"register","arguments":"x","callbacks":"host","translator":false,"handle":7})"),
+        (Lines{"log 3 PresentationPluginImpl::Register: Translator callback pointer is NULL", "result -4"}));
 }
 
 TEST_F(Lifecycle, AnyArgumentsTextWillDo) {
@@ -79,25 +81,28 @@ TEST_F(Lifecycle, StartDrawsTheFirstScreenAndStartsTheBackend) {
     registerHost();
     const Lines lines = run(R"({"do":"start"})");
     EXPECT_EQ(lines.front(), "log 1 PresentationPluginImpl::Start: Starting" + version);
-    EXPECT_EQ(test::screens(lines),
-              (Lines{"tile setup Transition \"Initializing. Please wait...\" \"Initializing. Please wait...\" []",
-                     "adv-enrollment setup disabled", "adv-sync setup disabled \"None\"", "stats-overview setup",
-                     "stats-details setup"}));
+    EXPECT_EQ(
+        test::screens(lines),
+        (Lines{"tile setup Transition \"Initializing. Please wait...\" \"Initializing. Please wait...\" []",
+               "adv-enrollment setup disabled", "adv-sync setup disabled \"None\"", "stats-overview setup",
+               "stats-details setup"}));
     EXPECT_EQ(only("api", lines), (Lines{"api CreateApi", "api Start"}));
     EXPECT_EQ(lines.back(), "result 0");
 }
 
 TEST_F(Lifecycle, StartBeforeRegisterIsRefused) {
     create();
-    EXPECT_EQ(run(R"({"do":"start"})"), (Lines{"log 1 PresentationPluginImpl::Start: Starting" + version,
-                                               "log 2 PresentationPluginImpl::Start" + unexpected, "result -10"}));
+    EXPECT_EQ(run(R"({"do":"start"})"),
+              (Lines{"log 1 PresentationPluginImpl::Start: Starting" + version,
+                     "log 2 PresentationPluginImpl::Start" + unexpected, "result -10"}));
 }
 
 TEST_F(Lifecycle, StopBeforeStartIsRefusedWithoutStopDone) {
     create();
     registerHost();
-    EXPECT_EQ(run(R"({"do":"stop"})"), (Lines{"log 1 PresentationPluginImpl::Stop: Stopping" + version,
-                                              "log 2 PresentationPluginImpl::Stop" + unexpected, "result -10"}));
+    EXPECT_EQ(run(R"({"do":"stop"})"),
+              (Lines{"log 1 PresentationPluginImpl::Stop: Stopping" + version,
+                     "log 2 PresentationPluginImpl::Stop" + unexpected, "result -10"}));
 }
 
 TEST_F(Lifecycle, StopTreatsBothReasonsAlike) {
@@ -153,10 +158,12 @@ const std::string disposing = "log 0 DisposePlugin: Disposing Plugin";
 TEST_F(Lifecycle, ARunningPluginIsStoppedAndUnregisteredWithStopDone) {
     session.start();
     const Lines traced = session.run(R"({"do":"dispose"})");
-    EXPECT_EQ(withoutTrace(traced), (Lines{disposing, destroying, "api Stop", "stop_done", destroyed, "result true"}));
-    EXPECT_EQ(std::count(traced.begin(), traced.end(),
-                         "log 0 UnregisterCallbacks_a::operator (): state machine action UnregisterCallbacks_a"),
-              1);
+    EXPECT_EQ(withoutTrace(traced),
+              (Lines{disposing, destroying, "api Stop", "stop_done", destroyed, "result true"}));
+    EXPECT_EQ(
+        std::count(traced.begin(), traced.end(),
+                   "log 0 UnregisterCallbacks_a::operator (): state machine action UnregisterCallbacks_a"),
+        1);
 }
 
 TEST_F(Lifecycle, ARegisteredPluginIsOnlyUnregistered) {
@@ -164,9 +171,10 @@ TEST_F(Lifecycle, ARegisteredPluginIsOnlyUnregistered) {
     registerHost();
     const Lines traced = session.run(R"({"do":"dispose"})");
     EXPECT_EQ(withoutTrace(traced), (Lines{disposing, destroying, destroyed, "result true"}));
-    EXPECT_EQ(std::count(traced.begin(), traced.end(),
-                         "log 0 UnregisterCallbacks_a::operator (): state machine action UnregisterCallbacks_a"),
-              1);
+    EXPECT_EQ(
+        std::count(traced.begin(), traced.end(),
+                   "log 0 UnregisterCallbacks_a::operator (): state machine action UnregisterCallbacks_a"),
+        1);
 }
 
 TEST_F(Lifecycle, AnUnregisteredPluginHearsOfNothing) {
@@ -177,9 +185,10 @@ TEST_F(Lifecycle, AnUnregisteredPluginHearsOfNothing) {
 // What needs no registration.
 
 TEST_F(Lifecycle, TextGettersTellTheSizeAndCopyTheText) {
-    const std::pair<std::string, std::string> texts[] = {{"identity", "com.norvane.vantor.presentation.quill"},
-                                                         {"label", "Wren Gate"},
-                                                         {"display_version", "5.1.11.2143"}};
+    const std::pair<std::string, std::string> texts[] = {
+        {"identity", "com.norvane.vantor.presentation.quill"},
+        {"label", "Wren Gate"},
+        {"display_version", "5.1.11.2143"}};
     create();
     for (const auto& [what, text] : texts) {
         const auto get = [&](const char* buffer, std::size_t size) {
@@ -208,7 +217,8 @@ TEST_F(Lifecycle, SupportsBothNamesInVersionsOneToThree) {
     const auto supports = [&](const std::string& name, int wanted) {
         return run(R"({"do":"supports","name":)" + name + R"(,"version":)" + std::to_string(wanted) + "}");
     };
-    for (const std::string name : {R"("com.norvane.vantor.presentation")", R"("c_com.norvane.vantor.presentation")"}) {
+    for (const std::string name :
+         {R"("com.norvane.vantor.presentation")", R"("c_com.norvane.vantor.presentation")"}) {
         EXPECT_EQ(supports(name, 0), Lines{"result false"});
         EXPECT_EQ(supports(name, 1), Lines{"result true"});
         EXPECT_EQ(supports(name, 2), Lines{"result true"});

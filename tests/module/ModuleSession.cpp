@@ -65,15 +65,16 @@ std::string tileInShort(const std::string& xml) {
     std::string buttons;
     for (const std::string name : {"Enroll", "Cancel", "Details", "Verify"}) {
         std::string id = "quill_tile_" + name + "_action_btn";
-        std::transform(id.begin(), id.end(), id.begin(), [](char c) { return static_cast<char>(std::tolower(c)); });
+        std::transform(id.begin(), id.end(), id.begin(),
+                       [](char c) { return static_cast<char>(std::tolower(c)); });
         if (attributeOf(xml, id, "hidden") == "false") {
             buttons += (buttons.empty() ? "" : " ") + name;
             buttons += attributeOf(xml, id, "disabled") == "true" ? "-" : "";
         }
     }
     return "tile " + attributeIn(xml, "type") + " " + attributeIn(xml, "state") + " \"" +
-           attributeOf(xml, "simple_status", "value") + "\" \"" + attributeOf(xml, "tray_state_string", "value") +
-           "\" [" + buttons + "]";
+           attributeOf(xml, "simple_status", "value") + "\" \"" +
+           attributeOf(xml, "tray_state_string", "value") + "\" [" + buttons + "]";
 }
 
 std::string popupInShort(const std::string& xml) {
@@ -112,8 +113,8 @@ std::string screenInShort(const std::string& xml) {
     }
     if (has("\"quill_config_sync_btn\"")) {
         return "adv-sync " + type + " " +
-               (attributeOf(xml, "quill_config_sync_btn", "disabled") == "true" ? "disabled" : "enabled") + " \"" +
-               attributeOf(xml, "quill_config_sync_last_sync_label", "value") + "\"";
+               (attributeOf(xml, "quill_config_sync_btn", "disabled") == "true" ? "disabled" : "enabled") +
+               " \"" + attributeOf(xml, "quill_config_sync_last_sync_label", "value") + "\"";
     }
     if (has("\"overview_stat_outlinelistbox\"")) {
         return "stats-overview " + type;
@@ -121,7 +122,9 @@ std::string screenInShort(const std::string& xml) {
     if (has("\"stat_outlinelistbox\"")) {
         return "stats-details " + type;
     }
-    return has("<application show=\"false\"/>") ? "hide-window" : "history " + attributeIn(xml, "messagehistory", xml.find("<log "));
+    return has("<application show=\"false\"/>")
+               ? "hide-window"
+               : "history " + attributeIn(xml, "messagehistory", xml.find("<log "));
 }
 
 } // namespace
@@ -166,10 +169,13 @@ void ModuleSession::start() {
 }
 
 Lines ModuleSession::deliver(std::string_view document, std::string_view json) {
-    return run(R"({"do":"deliver","document":")" + std::string(document) + R"(","json":)" + quoted(json) + "}");
+    return run(R"({"do":"deliver","document":")" + std::string(document) + R"(","json":)" + quoted(json) +
+               "}");
 }
 
-Lines ModuleSession::event(std::string_view xml) { return run(R"({"do":"event","xml":)" + quoted(xml) + "}"); }
+Lines ModuleSession::event(std::string_view xml) {
+    return run(R"({"do":"event","xml":)" + quoted(xml) + "}");
+}
 
 Lines ModuleSession::press(std::string_view control) {
     return event("<vtguiEvent id=\"" + std::string(control) + "_OnPress\"/>");
@@ -178,7 +184,8 @@ Lines ModuleSession::press(std::string_view control) {
 std::string inShort(const boost::json::object& output) {
     const std::string word = textAt(output, "out");
     if (word == "log") {
-        return "log " + textAt(output, "severity") + " " + textAt(output, "function") + ": " + textAt(output, "message");
+        return "log " + textAt(output, "severity") + " " + textAt(output, "function") + ": " +
+               textAt(output, "message");
     }
     if (word == "notice") {
         return "notice " + maskTimestamps(textAt(output, "xml"));
@@ -203,15 +210,17 @@ std::string inShort(const boost::json::object& output) {
 Lines withoutTrace(const Lines& lines) {
     Lines kept;
     std::copy_if(lines.begin(), lines.end(), std::back_inserter(kept), [](const std::string& line) {
-        return line.find("log 0 QuillSmlLogger_t::") != 0 && line.find(": state machine action ") == std::string::npos;
+        return line.find("log 0 QuillSmlLogger_t::") != 0 &&
+               line.find(": state machine action ") == std::string::npos;
     });
     return kept;
 }
 
 Lines only(std::string_view word, const Lines& lines) {
     Lines kept;
-    std::copy_if(lines.begin(), lines.end(), std::back_inserter(kept),
-                 [&](const std::string& line) { return line.substr(0, word.size() + 1) == std::string(word) + " "; });
+    std::copy_if(lines.begin(), lines.end(), std::back_inserter(kept), [&](const std::string& line) {
+        return line.substr(0, word.size() + 1) == std::string(word) + " ";
+    });
     return kept;
 }
 

@@ -12,9 +12,9 @@ namespace test {
 
 using Lines = std::vector<std::string>;
 
-/// A session of its own with the module that stands beside the test program. The module is loaded once for the
-/// process, at full trace, in UTC; the stand-in does only what it is told. Objects that a test leaves behind
-/// are disposed of.
+/// A session of its own with the module that stands beside the test program. The module is loaded once for
+/// the process, at full trace, in UTC; the stand-in does only what it is told. Objects that a test leaves
+/// behind are disposed of.
 class ModuleSession {
 public:
     ModuleSession();
@@ -54,9 +54,10 @@ Lines withoutTrace(const Lines& lines);
 /// The lines that begin with a word.
 Lines only(std::string_view word, const Lines& lines);
 /// The notices among the lines in a word or two each:
-///     tile update Good "Wren Gate is active." "Active" [] · tile setup ... [Enroll] (buttons that are offered)
-///     adv-enrollment update disabled managed · adv-sync update enabled "None" · stats-overview update
-///     stats-details setup · toast "title" "text" button-id · popup id · dispose id · apilog element · history
+///     tile update Good "Wren Gate is active." "Active" [] · tile setup ... [Enroll] (buttons that are
+///     offered) adv-enrollment update disabled managed · adv-sync update enabled "None" · stats-overview
+///     update stats-details setup · toast "title" "text" button-id · popup id · dispose id · apilog element ·
+///     history
 Lines screens(const Lines& lines);
 
 } // namespace test

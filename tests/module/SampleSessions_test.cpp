@@ -38,7 +38,8 @@ std::vector<boost::json::object> expectedOutputs(const std::string& content) {
 }
 
 TEST_P(SampleSession, IsMetExactly) {
-    const std::string content = contentOf(std::filesystem::path(WREN_SHARED_FOLDER) / "sessions" / GetParam());
+    const std::string content =
+        contentOf(std::filesystem::path(WREN_SHARED_FOLDER) / "sessions" / GetParam());
     test::ModuleSession session;
     session.run(content);
     const auto difference = host::firstDifference(expectedOutputs(content), session.outputs());
@@ -46,10 +47,12 @@ TEST_P(SampleSession, IsMetExactly) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Shared, SampleSession,
-                         testing::Values("01-lifecycle.jsonl", "02-first-status.jsonl", "03-bad-documents.jsonl",
-                                         "04-enroll.jsonl", "05-enroll-cancel.jsonl", "06-enroll-error.jsonl",
-                                         "07-alert-dialog.jsonl", "08-dataplane-auth.jsonl", "09-unenroll.jsonl",
-                                         "10-request-refused.jsonl", "11-re-enroll.jsonl"),
+                         testing::Values("01-lifecycle.jsonl", "02-first-status.jsonl",
+                                         "03-bad-documents.jsonl", "04-enroll.jsonl",
+                                         "05-enroll-cancel.jsonl", "06-enroll-error.jsonl",
+                                         "07-alert-dialog.jsonl", "08-dataplane-auth.jsonl",
+                                         "09-unenroll.jsonl", "10-request-refused.jsonl",
+                                         "11-re-enroll.jsonl"),
                          [](const auto& sample) {
                              std::string name = sample.param.substr(0, sample.param.find('.'));
                              std::replace(name.begin(), name.end(), '-', '_');
