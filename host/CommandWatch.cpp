@@ -7,6 +7,7 @@
 #include "host/PluginModule.h"
 #include "host/ScreenModel.h"
 #include "host/ScreenPrinter.h"
+#include "host/Text.h"
 
 #include <iostream>
 #include <memory>

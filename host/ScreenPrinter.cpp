@@ -1,5 +1,7 @@
 #include "host/ScreenPrinter.h"
 
+#include "host/Text.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -63,16 +65,6 @@ std::string popupWord(const ScreenPopup& popup) { return popup.type == "browser"
 bool touchesTile(const ScreenChange& change, const ScreenModel& model) {
     return change.kind == Kind::TrayState ||
            (change.kind == Kind::Part && model.parts()[change.index].isTile());
-}
-
-/// A terminal obeys control characters: a text must not hold any.
-std::string printable(std::string_view text) {
-    std::string safe(text);
-    for (char& character : safe) {
-        const auto byte = static_cast<unsigned char>(character);
-        character = byte < 0x20 || byte == 0x7F ? ' ' : character;
-    }
-    return safe;
 }
 
 } // namespace

@@ -33,6 +33,13 @@ Getter getterOf(std::string_view what) {
                               : &IPresentationPlugin::GetDisplayVersion;
 }
 
+bool callsPlugin(InputKind kind) {
+    constexpr std::array calls{InputKind::Supports, InputKind::Register,   InputKind::Start,
+                               InputKind::Stop,     InputKind::Unregister, InputKind::Get,
+                               InputKind::Inert,    InputKind::Event};
+    return std::find(calls.begin(), calls.end(), kind) != calls.end();
+}
+
 std::string named(const SessionInput& input) { return "object \"" + input.object() + "\""; }
 
 } // namespace
@@ -67,84 +74,65 @@ void SessionRunner::run(const Session& session) {
 }
 
 void SessionRunner::requireRunnable(const SessionInput& input) const {
-    const auto found = input.isNull("object") ? objects.end() : objects.find(input.object());
-    const bool isKnown = found != objects.end();
-    const bool isLive = isKnown && found->second.plugin;
     if (input.flag("null_handle", false)) {
         throw HostError("\"null_handle\" is for objects of kind \"c\"");
     }
-    switch (input.kind()) {
-    case InputKind::Create:
-        if (input.has("kind") && input.text("kind") == "c") {
-            throw HostError(module.hasCRecord() ? "this host does not speak the module's C interface"
-                                                : "the module exports no CreateCbasedPlugin");
-        }
+    if (input.kind() == InputKind::Create) {
+        requireCreatable(input);
+    } else if (input.kind() == InputKind::Dispose) {
+        requireDisposable(input);
+    } else if (callsPlugin(input.kind())) {
+        requireLive(input);
+    } else if (input.kind() == InputKind::Deliver && !objects.contains(input.object())) {
+        throw HostError(named(input) + " was never created");
+    }
+}
+
+void SessionRunner::requireCreatable(const SessionInput& input) const {
+    if (input.has("kind") && input.text("kind") == "c") {
+        throw HostError(module.hasCRecord() ? "this host does not speak the module's C interface"
+                                            : "the module exports no CreateCbasedPlugin");
+    }
+}
+
+void SessionRunner::requireDisposable(const SessionInput& input) const {
+    if (input.isNull("object")) {
         return;
-    case InputKind::Dispose:
-        if (!isKnown && !input.isNull("object")) {
-            throw HostError(named(input) +
-                            " was never created, and the module exports no DisposeCbasedPlugin "
-                            "that could be given a foreign record");
-        }
-        if (isKnown && found->second.wasDisposed) {
-            throw HostError(named(input) + " has been disposed of already");
-        }
-        return;
-    case InputKind::Deliver:
-        if (!isKnown) {
-            throw HostError(named(input) + " was never created");
-        }
-        return;
-    case InputKind::Supports:
-    case InputKind::Register:
-    case InputKind::Start:
-    case InputKind::Stop:
-    case InputKind::Unregister:
-    case InputKind::Get:
-    case InputKind::Inert:
-    case InputKind::Event:
-        if (!isLive) {
-            throw HostError(named(input) + (!isKnown                    ? " was never created"
-                                            : found->second.wasDisposed ? " has been disposed of"
-                                                                        : " could not be created"));
-        }
-        return;
-    case InputKind::Session:
-    case InputKind::Interfaces:
-    case InputKind::BackendResult:
-    case InputKind::BackendNullApi:
-    case InputKind::BackendFactoryExpired:
-    case InputKind::BackendReset:
-        return;
+    }
+    const auto found = objects.find(input.object());
+    if (found == objects.end()) {
+        throw HostError(named(input) + " was never created, and the module exports no DisposeCbasedPlugin "
+                                       "that could be given a foreign record");
+    }
+    if (found->second.wasDisposed) {
+        throw HostError(named(input) + " has been disposed of already");
+    }
+}
+
+void SessionRunner::requireLive(const SessionInput& input) const {
+    const auto found = objects.find(input.object());
+    if (found == objects.end()) {
+        throw HostError(named(input) + " was never created");
+    }
+    if (!found->second.plugin) {
+        throw HostError(named(input) +
+                        (found->second.wasDisposed ? " has been disposed of" : " could not be created"));
     }
 }
 
 void SessionRunner::runInput(const SessionInput& input) {
-    switch (input.kind()) {
-    case InputKind::Session:
-        return;
-    case InputKind::Interfaces:
-        return recorder.interfaces(module.interfaces());
-    case InputKind::Create:
-        return create(input);
-    case InputKind::Dispose:
-        return dispose(input);
-    case InputKind::Deliver:
-        return deliver(input);
-    case InputKind::BackendResult:
-    case InputKind::BackendNullApi:
-    case InputKind::BackendFactoryExpired:
-    case InputKind::BackendReset:
-        return tellBackend(input);
-    case InputKind::Supports:
-    case InputKind::Register:
-    case InputKind::Start:
-    case InputKind::Stop:
-    case InputKind::Unregister:
-    case InputKind::Get:
-    case InputKind::Inert:
-    case InputKind::Event:
-        return callPlugin(input, *objects.find(input.object())->second.plugin);
+    if (callsPlugin(input.kind())) {
+        callPlugin(input, *objects.find(input.object())->second.plugin);
+    } else if (input.kind() == InputKind::Interfaces) {
+        recorder.interfaces(module.interfaces());
+    } else if (input.kind() == InputKind::Create) {
+        create(input);
+    } else if (input.kind() == InputKind::Dispose) {
+        dispose(input);
+    } else if (input.kind() == InputKind::Deliver) {
+        deliver(input);
+    } else if (input.kind() != InputKind::Session) {
+        tellBackend(input);
     }
 }
 

@@ -40,6 +40,9 @@ private:
     void runInput(const SessionInput& input);
 
     void requireRunnable(const SessionInput& input) const;
+    void requireCreatable(const SessionInput& input) const;
+    void requireDisposable(const SessionInput& input) const;
+    void requireLive(const SessionInput& input) const;
     void callPlugin(const SessionInput& input, IPresentationPluginV3& plugin);
 
     void create(const SessionInput& input);

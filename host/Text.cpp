@@ -119,4 +119,13 @@ std::optional<std::string> decodeBase64(std::string_view text) {
     return rest == 0 ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
+std::string printable(std::string_view text) {
+    std::string safe(text);
+    for (char& character : safe) {
+        const auto byte = static_cast<Byte>(character);
+        character = byte < 0x20 || byte == 0x7F ? ' ' : character;
+    }
+    return safe;
+}
+
 } // namespace host

@@ -1,4 +1,4 @@
-/// Bytes on their way into and out of JSON texts.
+/// Bytes on their way into and out of JSON texts and onto terminals.
 #pragma once
 
 #include <optional>
@@ -15,5 +15,8 @@ std::string encodeBase64(std::string_view bytes);
 
 /// The bytes of such a text; nothing for any other text.
 std::optional<std::string> decodeBase64(std::string_view text);
+
+/// The text with blanks for its control characters, which a terminal would obey.
+std::string printable(std::string_view text);
 
 } // namespace host

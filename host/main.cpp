@@ -15,7 +15,7 @@ namespace {
 constexpr int exitBadInput = 2;
 
 int fail(const std::string& what) {
-    std::cerr << "wren-host: " << what << '\n';
+    std::cerr << "wren-host: " << what.substr(0, what.find('\n')) << '\n';
     return exitBadInput;
 }
 

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -20,14 +21,17 @@ using host::HostError;
 using ::testing::ElementsAre;
 
 TEST(ExportedSymbols, BackendLibraryExportsItsContractAndItsControlsAndNothingElse) {
-    EXPECT_THAT(
-        exportedSymbols(test::backendLibrary),
-        ElementsAre("GetQuillApiFactory", "_ZN18IQuillApiCallbacksC1Ev", "_ZN18IQuillApiCallbacksC2Ev",
-                    "_ZN18IQuillApiCallbacksD0Ev", "_ZN18IQuillApiCallbacksD1Ev",
-                    "_ZN18IQuillApiCallbacksD2Ev", "_ZTI18IQuillApiCallbacks", "_ZTS18IQuillApiCallbacks",
-                    "_ZTV18IQuillApiCallbacks", "wrensim_deliver", "wrensim_deliver_and_wait",
-                    "wrensim_has_receiver", "wrensim_observe", "wrensim_reset", "wrensim_set_factory_expired",
-                    "wrensim_set_null_api", "wrensim_set_pace", "wrensim_set_quiet", "wrensim_set_result"));
+    auto symbols = exportedSymbols(test::backendLibrary);
+    // The constructor that makes a whole object: of an abstract class not every compiler writes one.
+    std::erase(symbols, "_ZN18IQuillApiCallbacksC1Ev");
+    EXPECT_THAT(symbols,
+                ElementsAre("GetQuillApiFactory", "_ZN18IQuillApiCallbacksC2Ev",
+                            "_ZN18IQuillApiCallbacksD0Ev", "_ZN18IQuillApiCallbacksD1Ev",
+                            "_ZN18IQuillApiCallbacksD2Ev", "_ZTI18IQuillApiCallbacks",
+                            "_ZTS18IQuillApiCallbacks", "_ZTV18IQuillApiCallbacks", "wrensim_deliver",
+                            "wrensim_deliver_and_wait", "wrensim_has_receiver", "wrensim_observe",
+                            "wrensim_reset", "wrensim_set_factory_expired", "wrensim_set_null_api",
+                            "wrensim_set_pace", "wrensim_set_quiet", "wrensim_set_result"));
 }
 
 TEST(ExportedSymbols, RefusesWhatCannotBeRead) {
