@@ -64,10 +64,11 @@ const std::string closeEnrollmentBrowser = "dispose quill_enrollment_browser_dia
 // The journey of a good enrollment.
 
 TEST_F(Progress, AGoodEnrollmentFromTheFirstClickToItsEnd) {
-    EXPECT_EQ(screens(enroll()), (Lines{"apilog eventnotification",
-                                        "tile update Transition " + enrollingTile + " [Enroll-]"}));
-    EXPECT_EQ(screens(enrollment("started")), (Lines{"apilog enrollmentstatusnotification",
-                                                     "tile update Transition " + enrollingTile + " [Cancel]"}));
+    EXPECT_EQ(screens(enroll()),
+              (Lines{"apilog eventnotification", "tile update Transition " + enrollingTile + " [Enroll-]"}));
+    EXPECT_EQ(screens(enrollment("started")),
+              (Lines{"apilog enrollmentstatusnotification",
+                     "tile update Transition " + enrollingTile + " [Cancel]"}));
     EXPECT_EQ(screens(authRequest()), (Lines{"apilog enrollmentauthrequest",
                                              "popup quill_enrollment_browser_dialog browse_for_cookie"}));
     EXPECT_EQ(screens(cookie()),
@@ -75,32 +76,37 @@ TEST_F(Progress, AGoodEnrollmentFromTheFirstClickToItsEnd) {
                      "popup quill_enrollment_browser_dialog browse_for_local_content"}));
     EXPECT_EQ(screens(status(test::enrolledStatusDocument())), Lines{"apilog statusnotification"});
     const Lines shown = screens(enrollment("complete", "success"));
-    EXPECT_EQ(Lines(shown.begin(), shown.end() - 2),
-              (Lines{"apilog enrollmentstatusnotification",
-                     "tile update Transition \"Enrollment complete. Please wait...\" \"Enrollment complete\" []",
-                     "hide-window",
-                     "toast \"Norvane Kestrel Suite\" \"Congratulations! You have successfully enrolled and now have "
-                     "access to your secure resources.\"",
-                     closeEnrollmentBrowser, "stats-overview update", "stats-details update",
-                     "tile update Good \"Wren Gate is active.\" \"Active\" []"}));
+    EXPECT_EQ(
+        Lines(shown.begin(), shown.end() - 2),
+        (Lines{
+            "apilog enrollmentstatusnotification",
+            "tile update Transition \"Enrollment complete. Please wait...\" \"Enrollment complete\" []",
+            "hide-window",
+            "toast \"Norvane Kestrel Suite\" \"Congratulations! You have successfully enrolled and now have "
+            "access to your secure resources.\"",
+            closeEnrollmentBrowser, "stats-overview update", "stats-details update",
+            "tile update Good \"Wren Gate is active.\" \"Active\" []"}));
     EXPECT_EQ(shown[shown.size() - 2], "adv-enrollment update enabled");
 }
 
 TEST_F(Progress, TheInternalStatusesAreLoggedByName) {
-    EXPECT_EQ(withoutTrace(enroll())[1], "log 0 PresentationPluginImpl::actionDisplayEnrollmentStatusInternal: "
-                                         "Displaying internal enrollment status: Initiating");
+    EXPECT_EQ(withoutTrace(enroll())[1],
+              "log 0 PresentationPluginImpl::actionDisplayEnrollmentStatusInternal: "
+              "Displaying internal enrollment status: Initiating");
     enrollment("started");
-    EXPECT_EQ(withoutTrace(session.press("quill_tile_cancel_action_btn"))[1],
-              "log 0 PresentationPluginImpl::actionDisplayEnrollmentStatusInternal: Displaying internal enrollment "
-              "status: Cancelling");
+    EXPECT_EQ(
+        withoutTrace(session.press("quill_tile_cancel_action_btn"))[1],
+        "log 0 PresentationPluginImpl::actionDisplayEnrollmentStatusInternal: Displaying internal enrollment "
+        "status: Cancelling");
 }
 
 TEST_F(Progress, ACancelledEnrollmentEndsWithoutErrorPopup) {
     enroll();
     enrollment("started");
-    EXPECT_EQ(screens(session.press("quill_tile_cancel_action_btn")),
-              (Lines{"apilog eventnotification", "tile update Transition \"Cancelling enrollment process. Please "
-                                                 "wait...\" \"Cancelling enrollment\" [Cancel-]"}));
+    EXPECT_EQ(
+        screens(session.press("quill_tile_cancel_action_btn")),
+        (Lines{"apilog eventnotification", "tile update Transition \"Cancelling enrollment process. Please "
+                                           "wait...\" \"Cancelling enrollment\" [Cancel-]"}));
     // No browser has been open, so there is none to close.
     const Lines lines = enrollment("complete", "cancelled");
     EXPECT_EQ(beforeRendering(screens(lines)),
@@ -135,7 +141,8 @@ const std::vector<Completion> failures{
      "Failed to register your device. Contact your IT help desk."},
     {"posture_registration_error", "PostureRegistrationError", errorTile, "Posture Registration error",
      "Failed to register with Plover Desktop. Contact your IT help desk."},
-    {"certificate_enrollment_error", "CertificateEnrollmentError", errorTile, "Certificate Registration error",
+    {"certificate_enrollment_error", "CertificateEnrollmentError", errorTile,
+     "Certificate Registration error",
      "Failed to obtain the enrollment certificate. Contact your IT help desk."},
     {"server_communication_error", "ServerCommunicationError", errorTile, "Server Communication error",
      "Enrollment service is not responding. Contact your IT help desk."},
@@ -154,9 +161,10 @@ TEST_P(FailedEnrollment, ShowsItsErrorAndClosesTheBrowser) {
               (Lines{"apilog enrollmentstatusnotification", GetParam().tile, "popup wren_client_error_dialog",
                      "history " + GetParam().title + " " + GetParam().message, closeEnrollmentBrowser}));
     const Lines logged = only("log 0 PresentationPluginImpl::actionDisplayEnrollmentStatus:", lines);
-    EXPECT_EQ(logged, Lines{"log 0 PresentationPluginImpl::actionDisplayEnrollmentStatus: Displaying enrollment "
-                            "status: Complete (" +
-                            GetParam().name + ")"});
+    EXPECT_EQ(logged,
+              Lines{"log 0 PresentationPluginImpl::actionDisplayEnrollmentStatus: Displaying enrollment "
+                    "status: Complete (" +
+                    GetParam().name + ")"});
     for (const std::string& line : lines) {
         if (line.find("wren_client_error_message_header_label") != std::string::npos) {
             EXPECT_NE(line.find("value=\"" + GetParam().title + "\""), std::string::npos);
@@ -170,14 +178,17 @@ INSTANTIATE_TEST_SUITE_P(Substatuses, FailedEnrollment, testing::ValuesIn(failur
 
 TEST_F(Progress, CompletionsThatHaveNoRowAreOnlyLoggedAndEndTheFlowAllTheSame) {
     const std::pair<std::string, std::string> substatuses[] = {
-        {"", "None"}, {"invalid_choice_id", "InvalidChoiceId"}, {"invalid_enrollment_id", "InvalidEnrollmentId"}};
+        {"", "None"},
+        {"invalid_choice_id", "InvalidChoiceId"},
+        {"invalid_enrollment_id", "InvalidEnrollmentId"}};
     for (const auto& [literal, name] : substatuses) {
         enrollUntilProgress();
         const Lines lines = enrollment("complete", literal);
-        EXPECT_EQ(only("log 3", withoutTrace(lines)),
-                  Lines{"log 3 PresentationPluginImpl::actionDisplayEnrollmentStatus: Invalid enrollment substatus "
-                        "received" +
-                        name});
+        EXPECT_EQ(
+            only("log 3", withoutTrace(lines)),
+            Lines{"log 3 PresentationPluginImpl::actionDisplayEnrollmentStatus: Invalid enrollment substatus "
+                  "received" +
+                  name});
         EXPECT_EQ(beforeRendering(screens(lines)), Lines{"apilog enrollmentstatusnotification"});
         EXPECT_EQ(screens(lines)[1], "stats-overview update");
         // Over: the next enrollment may begin.
@@ -192,8 +203,9 @@ TEST_F(Progress, AnEnrollmentErrorShowsTheInternalErrorWhateverItsSubstatus) {
     EXPECT_EQ(beforeRendering(screens(lines)),
               (Lines{"apilog enrollmentstatusnotification", errorTile, "popup wren_client_error_dialog",
                      "history Internal Error An internal error occurred. Contact your IT help desk."}));
-    EXPECT_EQ(withoutTrace(lines)[1], "log 0 PresentationPluginImpl::actionDisplayEnrollmentStatus: Displaying "
-                                      "enrollment status: Error (ServerCertificateError)");
+    EXPECT_EQ(withoutTrace(lines)[1],
+              "log 0 PresentationPluginImpl::actionDisplayEnrollmentStatus: Displaying "
+              "enrollment status: Error (ServerCertificateError)");
 }
 
 TEST_F(Progress, AnEnrollmentErrorKeepsTheEnrollmentsId) {
@@ -208,11 +220,13 @@ TEST_F(Progress, AnEnrollmentErrorKeepsTheEnrollmentsId) {
 TEST_F(Progress, AForeignAuthRequestOpensNoBrowserButTheMachineGoesOn) {
     enroll();
     enrollment("started");
-    const Lines lines = session.deliver(
-        "EnrollmentAuthRequest", textOf(with(test::enrollmentAuthRequestDocument(), "/enrollment_id", "foreign")));
-    EXPECT_EQ(only("log 3", withoutTrace(lines)),
-              Lines{"log 3 PresentationPluginImpl::actionDisplayEnrollmentAuthRequest: Couldnt match enrollment "
-                    "authentication request to existing enrollment request"});
+    const Lines lines =
+        session.deliver("EnrollmentAuthRequest",
+                        textOf(with(test::enrollmentAuthRequestDocument(), "/enrollment_id", "foreign")));
+    EXPECT_EQ(
+        only("log 3", withoutTrace(lines)),
+        Lines{"log 3 PresentationPluginImpl::actionDisplayEnrollmentAuthRequest: Couldnt match enrollment "
+              "authentication request to existing enrollment request"});
     EXPECT_EQ(screens(lines), Lines{"apilog enrollmentauthrequest"});
     EXPECT_NE(std::find(lines.begin(), lines.end(),
                         "log 0 QuillSmlLogger_t::log_state_change: [struct Started_s][transition] class "
@@ -223,12 +237,13 @@ TEST_F(Progress, AForeignAuthRequestOpensNoBrowserButTheMachineGoesOn) {
 TEST_F(Progress, AnAbortBeforeStartedHasNoBrowserToClose) {
     enroll();
     const Lines lines = withoutTrace(status(test::errorStatusDocument()));
-    EXPECT_EQ(Lines(lines.end() - 3, lines.end()),
-              (Lines{"log 0 PresentationPluginImpl::actionDisplayEnrollmentStatusInternal: Displaying internal "
-                     "enrollment status: Aborted",
-                     "log 2 BrowserPopupHelper::generateBrowserPopupClose: Can't close uninitialized popup with id "
-                     "quill_enrollment_browser_dialog",
-                     "log 3 PresentationPluginImpl::notifyVTGUI: Empty UI notice"}));
+    EXPECT_EQ(
+        Lines(lines.end() - 3, lines.end()),
+        (Lines{"log 0 PresentationPluginImpl::actionDisplayEnrollmentStatusInternal: Displaying internal "
+               "enrollment status: Aborted",
+               "log 2 BrowserPopupHelper::generateBrowserPopupClose: Can't close uninitialized popup with id "
+               "quill_enrollment_browser_dialog",
+               "log 3 PresentationPluginImpl::notifyVTGUI: Empty UI notice"}));
 }
 
 TEST_F(Progress, AnAbortClosesTheBrowserAndForgetsTheEnrollment) {
@@ -245,23 +260,28 @@ TEST_F(Progress, AnAbortClosesTheBrowserAndForgetsTheEnrollment) {
 TEST_F(Progress, AGoodUnenrollmentFromTheFirstClickToItsEnd) {
     const Lines initiated = unenroll();
     EXPECT_EQ(screens(initiated),
-              (Lines{"apilog eventnotification", "tile update Transition \"Unenrolling...\" \"Unenrolling\" [Enroll-]",
+              (Lines{"apilog eventnotification",
+                     "tile update Transition \"Unenrolling...\" \"Unenrolling\" [Enroll-]",
                      "adv-enrollment update disabled"}));
-    EXPECT_EQ(only("log 0 PresentationPluginImpl::actionDisplayUnenrollmentStatusInternal:", initiated), Lines{});
+    EXPECT_EQ(only("log 0 PresentationPluginImpl::actionDisplayUnenrollmentStatusInternal:", initiated),
+              Lines{});
     EXPECT_EQ(screens(unenrollment("started")),
               (Lines{"apilog unenrollmentstatusnotification",
                      "tile update Transition \"Unenrolling...\" \"Unenrolling\" [Cancel-]"}));
     status(test::notEnrolledStatusDocument());
     const Lines lines = unenrollment("complete", "success");
     const Lines shown = screens(lines);
-    EXPECT_EQ(beforeRendering(shown), (Lines{"apilog unenrollmentstatusnotification",
-                                             "tile update Transition \"Unenrollment complete. Please wait...\" "
-                                             "\"Unenrollment complete\" [Cancel]"}));
+    EXPECT_EQ(beforeRendering(shown),
+              (Lines{"apilog unenrollmentstatusnotification",
+                     "tile update Transition \"Unenrollment complete. Please wait...\" "
+                     "\"Unenrollment complete\" [Cancel]"}));
     EXPECT_EQ(shown[4], "tile update Attention \"Registration is required to access secure resources.\" "
                         "\"Registration required\" [Enroll]");
-    EXPECT_EQ(only("log 0 PresentationPluginImpl::actionDisplayUnenrollmentStatus:", lines),
-              Lines{"log 0 PresentationPluginImpl::actionDisplayUnenrollmentStatus: Displaying unenrollment status: "
-                    "Complete (Success)"});
+    EXPECT_EQ(
+        only("log 0 PresentationPluginImpl::actionDisplayUnenrollmentStatus:", lines),
+        Lines{
+            "log 0 PresentationPluginImpl::actionDisplayUnenrollmentStatus: Displaying unenrollment status: "
+            "Complete (Success)"});
 }
 
 TEST_F(Progress, AFailedUnenrollmentShowsItsError) {
@@ -269,19 +289,21 @@ TEST_F(Progress, AFailedUnenrollmentShowsItsError) {
     unenrollment("started");
     EXPECT_EQ(beforeRendering(screens(unenrollment("complete", "internal_error"))),
               (Lines{"apilog unenrollmentstatusnotification",
-                     "tile update Attention \"Unenrolling...\" \"Unenrolling\" []", "popup wren_client_error_dialog",
+                     "tile update Attention \"Unenrolling...\" \"Unenrolling\" []",
+                     "popup wren_client_error_dialog",
                      "history Unenrollment error An internal error has occurred."}));
 }
 
 TEST_F(Progress, UnenrollmentCompletionsWithoutRowAreOnlyLogged) {
-    const std::pair<std::string, std::string> substatuses[] = {{"", "None"},
-                                                               {"invalid_enrollment_id", "InvalidEnrollmentId"}};
+    const std::pair<std::string, std::string> substatuses[] = {
+        {"", "None"}, {"invalid_enrollment_id", "InvalidEnrollmentId"}};
     for (const auto& [literal, name] : substatuses) {
         unenroll();
         unenrollment("started");
         const Lines lines = unenrollment("complete", literal);
         EXPECT_EQ(only("log 3", withoutTrace(lines)),
-                  Lines{"log 3 PresentationPluginImpl::actionDisplayUnenrollmentStatus: Invalid unenrollment substatus "
+                  Lines{"log 3 PresentationPluginImpl::actionDisplayUnenrollmentStatus: Invalid unenrollment "
+                        "substatus "
                         "received" +
                         name});
         EXPECT_EQ(screens(lines)[1], "stats-overview update");
@@ -302,12 +324,13 @@ TEST_F(Progress, ASecondRequestReplacesTheFirst) {
     status(test::enrolledStatusDocument());
     session.deliver("DataplaneNotification", textOf(test::dataplaneDocument(0, 1)));
     session.press("quill_tile_verify_action_btn");
-    session.deliver("DataplaneNotification",
-                    textOf(with(test::dataplaneDocument(0, 1), "/dataplane_auth_requests/0/context_id", "second")));
+    session.deliver("DataplaneNotification", textOf(with(test::dataplaneDocument(0, 1),
+                                                         "/dataplane_auth_requests/0/context_id", "second")));
     EXPECT_EQ(screens(session.press("quill_tile_verify_action_btn")).back(),
               "popup quill_dataplane_auth_browser_dialog browse_for_cookie");
-    EXPECT_EQ(only("api", session.event("<vtguiEvent id=\"quill_dataplane_auth_browser_web_control_OnPress\"/>")),
-              Lines{R"(api DataplaneAuthReply {"version":"1","context_id":"second","authorization_cookie":""})"});
+    EXPECT_EQ(
+        only("api", session.event("<vtguiEvent id=\"quill_dataplane_auth_browser_web_control_OnPress\"/>")),
+        Lines{R"(api DataplaneAuthReply {"version":"1","context_id":"second","authorization_cookie":""})"});
 }
 
 // The alert dialog follows the alerts.
@@ -350,9 +373,10 @@ TEST_F(ErrorPopup, TheSameErrorTwiceIsOnePopupAndALine) {
     EXPECT_EQ(popups(fail("internal_error")), Lines{"popup wren_client_error_dialog"});
     const Lines again = fail("internal_error");
     EXPECT_EQ(popups(again), Lines{});
-    EXPECT_EQ(only("log 0 PresentationPluginImpl::showErrorPopup:", again),
-              Lines{"log 0 PresentationPluginImpl::showErrorPopup: Duplicated error popup activation detected. "
-                    "Bypassing the repetition of error dialog rendering."});
+    EXPECT_EQ(
+        only("log 0 PresentationPluginImpl::showErrorPopup:", again),
+        Lines{"log 0 PresentationPluginImpl::showErrorPopup: Duplicated error popup activation detected. "
+              "Bypassing the repetition of error dialog rendering."});
 }
 
 TEST_F(ErrorPopup, AnotherErrorReplacesTheOpenOne) {
@@ -362,7 +386,8 @@ TEST_F(ErrorPopup, AnotherErrorReplacesTheOpenOne) {
 }
 
 TEST_F(ErrorPopup, BothItsControlsCloseIt) {
-    for (const std::string event : {"wren_client_error_close_btn_OnPress", "wren_client_error_gen_close_btn_OnClose"}) {
+    for (const std::string event :
+         {"wren_client_error_close_btn_OnPress", "wren_client_error_gen_close_btn_OnClose"}) {
         fail("internal_error");
         const Lines lines = withoutTrace(session.event("<vtguiEvent id=\"" + event + "\"/>"));
         EXPECT_EQ(screens(lines), (Lines{"apilog eventnotification", "dispose wren_client_error_dialog"}));
