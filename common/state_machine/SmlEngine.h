@@ -165,15 +165,24 @@ struct Model<Definition, front::transition_table<Rows...>> {
     static constexpr bool knows = (std::is_same_v<Event, typename Rows::Event> || ...);
 };
 
+/// The facts that are asked for again and again, each found only once: compilers do not remember the results
+/// of functions.
+template <class Definition, class State>
+inline constexpr std::uint8_t numberOf = Model<Definition>::template number<State>();
+template <class Definition>
+inline constexpr auto initialStatesOf = Model<Definition>::initialStates();
+template <class Definition>
+inline constexpr auto regionsOfRowsOf = Model<Definition>::regionsOfRows();
+
 /// The states of a table's regions, and how one event runs through its rows.
 template <class Definition>
 class Regions {
 public:
-    void enter() { current = Facts::initialStates(); }
+    void enter() { current = initialStatesOf<Definition>; }
 
     template <class State>
     bool isIn(std::size_t region) const {
-        return current[region] == Facts::template number<State>();
+        return current[region] == numberOf<Definition, State>;
     }
 
     /// Offers the event to every region in order.
@@ -211,13 +220,14 @@ private:
 
     template <class Row, std::size_t Index, std::size_t Region, class Event, class Context>
     bool take(const Event& event, Context& context) {
-        if constexpr (std::is_same_v<Event, typename Row::Event> && Facts::regionsOfRows()[Index] == Region) {
+        if constexpr (std::is_same_v<Event, typename Row::Event> &&
+                      regionsOfRowsOf<Definition>[Index] == Region) {
             if (!isIn<typename Row::Source>(Region) || !context.allows(typename Row::Guard(), event)) {
                 return false;
             }
             if constexpr (!Row::isInternal) {
                 context.template changeState<Definition, typename Row::Source, typename Row::Target>();
-                current[Region] = Facts::template number<typename Row::Target>();
+                current[Region] = numberOf<Definition, typename Row::Target>;
             }
             context.run(typename Row::Action(), event);
             return true;
@@ -226,7 +236,7 @@ private:
         }
     }
 
-    std::array<std::uint8_t, Facts::regionCount> current = Facts::initialStates();
+    std::array<std::uint8_t, Facts::regionCount> current = initialStatesOf<Definition>;
 };
 
 /// A sub-machine as its root keeps it.
