@@ -3,7 +3,6 @@
 #include "host/HostError.h"
 #include "host/LogLevel.h"
 #include "host/LogTap.h"
-#include "host/PluginModule.h"
 #include "host/SessionFile.h"
 #include "host/SessionRecorder.h"
 #include "host/SessionRunner.h"
@@ -18,10 +17,9 @@ void runScript(const ScriptOptions& options) {
     if (const auto zone = session.timeZone()) {
         setTimeZone(*zone);
     }
-    const LogLevelFolder logLevel(options.logLevel);
     SessionRecorder recorder(std::cout);
     const LogTap log([&recorder](const LogRecord& record) { recorder.log(record); });
-    const PluginModule module(options.module);
+    const PluginModule module = loadModule(options.module, options.logLevel);
     const BackendControls backend;
     SessionRunner(module, backend, recorder).run(session);
     if (!std::cout) {

@@ -10,7 +10,6 @@
 #include "host/Text.h"
 
 #include <iostream>
-#include <memory>
 #include <mutex>
 
 namespace host {
@@ -50,14 +49,14 @@ void require(bool isDone, const char* what) {
 void watchScreen(const WatchOptions& options) {
     Interrupt interrupt;
     const bool showsLog = !options.logLevel.empty();
-    const auto logLevel = showsLog ? std::make_unique<LogLevelFolder>(options.logLevel) : nullptr;
     Watcher watcher;
     const LogTap log([&](const LogRecord& record) {
         if (showsLog) {
             watcher.onLog(record);
         }
     });
-    const PluginModule module(options.module);
+    const PluginModule module =
+        showsLog ? loadModule(options.module, options.logLevel) : PluginModule(options.module);
     HostTranslator translator;
     HostCallbacks callbacks([&](std::uintptr_t, const char* xml) { watcher.onNotice(xml); },
                             [](std::uintptr_t) {});

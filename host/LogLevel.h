@@ -1,6 +1,8 @@
 /// Chooses how much the module logs.
 #pragma once
 
+#include "host/PluginModule.h"
+
 #include <filesystem>
 #include <string>
 
@@ -24,5 +26,10 @@ public:
 private:
     std::filesystem::path folder;
 };
+
+/// Loads a module that logs from `level` on. It reads its configuration while it is loaded: the folder that
+/// holds it is gone when this returns.
+/// @throws HostError where the folder cannot be made or the module not be loaded
+PluginModule loadModule(const std::filesystem::path& file, const std::string& level);
 
 } // namespace host

@@ -53,4 +53,9 @@ LogLevelFolder::~LogLevelFolder() {
     fs::remove_all(folder, ignored);
 }
 
+PluginModule loadModule(const fs::path& file, const std::string& level) {
+    const LogLevelFolder folder(level);
+    return PluginModule(file);
+}
+
 } // namespace host

@@ -124,7 +124,7 @@ ScreenPrinter::Block ScreenPrinter::panelBlock(const ScreenPart& panel) {
 }
 
 ScreenPrinter::Block ScreenPrinter::statisticsBlock(const ScreenModel& model, const std::string& list) {
-    Block block{list, headingOfList(list), {}};
+    Block block{list, headingOfList(list), {}, false, true};
     std::map<std::string, int> occurrences; // two rows may have one id
     for (const StatisticsGroup& group : model.statistics().find(list)->second) {
         block.lines.push_back({group.id, group.title, true});
@@ -147,51 +147,64 @@ void ScreenPrinter::printTile(const ScreenModel& model) {
 }
 
 void ScreenPrinter::printBlock(const Block& block) {
-    Texts now{{"", block.heading}};
-    for (const Line& line : block.lines) {
-        if (!line.text.empty()) {
-            now.emplace(line.key, line.text);
-        }
-    }
     Texts& before = shown[block.name];
+    Texts now = textsOf(block, before);
     if (now == before) {
         return;
     }
-    printLine(0, block.heading);
-    if (block.isPrintedWhole) {
-        for (const Line& line : block.lines) {
-            printLine(1, line.text);
-        }
-    } else {
-        printChangedLines(block, before);
-        printGoneLines(before, now);
+    std::vector<Printed> body = changedLines(block, before);
+    if (!block.isPrintedWhole) {
+        addGoneLines(before, now, body);
+    }
+    if (!body.empty() || !block.keepsValues) {
+        printLine(0, block.heading);
+    }
+    for (const Printed& line : body) {
+        printLine(line.depth, line.text);
     }
     before = std::move(now);
 }
 
-void ScreenPrinter::printChangedLines(const Block& block, const Texts& before) {
-    const Line* title = nullptr; // not printed yet
-    bool isUnderTitle = false;
+ScreenPrinter::Texts ScreenPrinter::textsOf(const Block& block, const Texts& before) {
+    Texts texts{{"", block.heading}};
     for (const Line& line : block.lines) {
         const auto old = before.find(line.key);
-        const bool isChanged = !line.text.empty() && (old == before.end() || old->second != line.text);
-        if (line.isTitle) {
-            title = &line;
-            isUnderTitle = true;
-        }
-        if (isChanged && title != nullptr) {
-            printLine(1, std::exchange(title, nullptr)->text);
-        }
-        if (isChanged && !line.isTitle) {
-            printLine(isUnderTitle ? 2 : 1, line.text);
+        if (!line.text.empty()) {
+            texts.emplace(line.key, line.text);
+        } else if (block.keepsValues && old != before.end()) {
+            texts.insert(*old);
         }
     }
+    return texts;
 }
 
-void ScreenPrinter::printGoneLines(const Texts& before, const Texts& now) {
+std::vector<ScreenPrinter::Printed> ScreenPrinter::changedLines(const Block& block, const Texts& before) {
+    std::vector<Printed> lines;
+    const Line* title = nullptr; // of the lines that follow, while it waits to be printed
+    int depth = 1;
+    for (const Line& line : block.lines) {
+        const auto old = before.find(line.key);
+        const bool isNew = old == before.end();
+        const bool isChanged = block.isPrintedWhole || isNew || old->second != line.text;
+        if (line.isTitle) {
+            title = &line;
+            depth = 2;
+        }
+        const bool isPrinted = isChanged && !line.text.empty() && !(line.isTitle && isNew);
+        if (isPrinted && title != nullptr) {
+            lines.push_back({1, std::exchange(title, nullptr)->text});
+        }
+        if (isPrinted && !line.isTitle) {
+            lines.push_back({depth, line.text});
+        }
+    }
+    return lines;
+}
+
+void ScreenPrinter::addGoneLines(const Texts& before, const Texts& now, std::vector<Printed>& lines) {
     for (const auto& [key, text] : before) {
         if (!now.contains(key)) {
-            printLine(1, "(hidden) " + text);
+            lines.push_back({1, "(hidden) " + text});
         }
     }
 }

@@ -24,7 +24,7 @@ public:
     void print(const std::vector<ScreenChange>& changes, const ScreenModel& model);
 
 private:
-    /// A line of a block; a title is printed where a line under it is.
+    /// A line of a block; a title is printed where it changes or where a line under it does.
     struct Line {
         std::string key; ///< by which the line is known when it changes
         std::string text;
@@ -35,6 +35,11 @@ private:
         std::string heading;
         std::vector<Line> lines;
         bool isPrintedWhole = false;
+        bool keepsValues = false; ///< a line that is there but empty still counts as what it was
+    };
+    struct Printed {
+        int depth;
+        std::string text;
     };
 
     using Texts = std::map<std::string, std::string>; ///< of lines that show, by key
@@ -46,8 +51,9 @@ private:
     void printTile(const ScreenModel& model);
     void printChange(const ScreenChange& change, const ScreenModel& model);
     void printBlock(const Block& block);
-    void printChangedLines(const Block& block, const Texts& before);
-    void printGoneLines(const Texts& before, const Texts& now);
+    static Texts textsOf(const Block& block, const Texts& before);
+    static std::vector<Printed> changedLines(const Block& block, const Texts& before);
+    static void addGoneLines(const Texts& before, const Texts& now, std::vector<Printed>& lines);
     void printPopup(std::string_view what, const ScreenPopup& popup);
     void printLine(int depth, std::string_view text);
 

@@ -68,6 +68,12 @@ TEST_F(ScreenPrinter, TileIsPrintedWholeWithItsVisibleButtonsAndItsTray) {
               "  tray: Attention, Tray text\n");
 }
 
+TEST_F(ScreenPrinter, TileThatLosesItsButtonsIsPrintedWithoutThem) {
+    tile("setup", "Same", button("e", "Enroll", "false", "false"), "Good");
+    EXPECT_EQ(tile("update", "Same", button("e", "Enroll", "true", "true"), "Good"),
+              "Wren Gate: Same\n  tray: Good, Tray text\n");
+}
+
 TEST_F(ScreenPrinter, WhatDoesNotChangeIsNotPrinted) {
     tile("setup", "Same", "", "Good");
     EXPECT_EQ(tile("update", "Same", "", "Good"), "");
@@ -99,6 +105,15 @@ TEST_F(ScreenPrinter, StatisticsShowChangedRowsUnderTheirGroup) {
     EXPECT_EQ(update(list(overview, group("g", "Wren Gate (Active)",
                                           row("a", "Cert:", "Unknown") + row("b", "Sync:", "Ok")))),
               "");
+}
+
+TEST_F(ScreenPrinter, StatisticsWithoutValuesSayNothing) {
+    const std::string empty = list("stat_outlinelistbox", group("g", "General:", row("a", "A:", "")));
+    const std::string full = list("stat_outlinelistbox", group("g", "General:", row("a", "A:", "1")));
+    EXPECT_EQ(setup(empty), "");
+    EXPECT_EQ(update(full), "Statistics details\n  General:\n    A: 1\n");
+    EXPECT_EQ(setup(empty), "") << "laid out anew, the values come with the next update";
+    EXPECT_EQ(update(full), "");
 }
 
 TEST_F(ScreenPrinter, StatisticsTellOfGroupsThatGo) {
