@@ -1,8 +1,9 @@
 /// The module's front door: what it exports by name, and the class that every plugin object derives from.
 ///
-/// A host loads the module, asks `GetAvailableInterfaces`, makes an object with `CreatePlugin`, converts it
-/// with `dynamic_cast` to the interface that it wants (wren/PresentationPlugin.h), drives it, and gives it
-/// back to `DisposePlugin`. Nothing here throws.
+/// A host loads the module, asks `GetAvailableInterfaces`, makes an object with `CreatePlugin`, asks it by
+/// `SupportsInterface` for the version that it wants, casts it to that version's interface
+/// (wren/PresentationPlugin.h: `static_cast`, since a `dynamic_cast` would need the module at link time),
+/// drives it, and gives it back to `DisposePlugin`. Nothing here throws.
 #pragma once
 
 #include "wren/Export.h"

@@ -7,7 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
+#include <cxxabi.h>
+#include <memory>
+#include <set>
 #include <string>
 
 namespace {
@@ -89,19 +93,25 @@ TEST_F(EntryPoints, SeveralObjectsLiveSideBySide) {
 
 // What the built file offers.
 
+/// Names as people write them: a constructor or destructor has several symbols, and which of them a compiler
+/// makes for an abstract class is its own affair.
+std::set<std::string> demangled(const std::vector<std::string>& symbols) {
+    std::set<std::string> names;
+    for (const std::string& symbol : symbols) {
+        int status = 0;
+        const std::unique_ptr<char, decltype(&std::free)> name(
+            abi::__cxa_demangle(symbol.c_str(), nullptr, nullptr, &status), &std::free);
+        names.insert(status == 0 ? name.get() : symbol);
+    }
+    return names;
+}
+
 TEST(ModuleFile, ExportsTheEntryPointsAndTheClassPluginAndNothingElse) {
-    const std::vector<std::string> expected{
-        "CreatePlugin", // the entry points
-        "DisposePlugin",     "GetAvailableInterfaces",
-        "_ZN6PluginC1ERKS_", // constructors, assignment, destructors
-        "_ZN6PluginC1Ev",    "_ZN6PluginC2ERKS_",
-        "_ZN6PluginC2Ev",    "_ZN6PluginD0Ev",
-        "_ZN6PluginD1Ev",    "_ZN6PluginD2Ev",
-        "_ZN6PluginaSERKS_",
-        "_ZTI6Plugin", // type information and table
-        "_ZTS6Plugin",       "_ZTV6Plugin",
-    };
-    EXPECT_EQ(host::exportedSymbols(host::defaultModulePath()), expected);
+    EXPECT_EQ(demangled(host::exportedSymbols(host::defaultModulePath())),
+              (std::set<std::string>{
+                  "CreatePlugin", "DisposePlugin", "GetAvailableInterfaces", "Plugin::Plugin()",
+                  "Plugin::Plugin(Plugin const&)", "Plugin::operator=(Plugin const&)", "Plugin::~Plugin()",
+                  "typeinfo for Plugin", "typeinfo name for Plugin", "vtable for Plugin"}));
 }
 
 /// A function of an object's table by its place. A destructor takes two places on this platform.

@@ -191,8 +191,8 @@ TEST_F(Lifecycle, TextGettersTellTheSizeAndCopyTheText) {
         {"display_version", "5.1.11.2143"}};
     create();
     for (const auto& [what, text] : texts) {
-        const auto get = [&](const char* buffer, std::size_t size) {
-            return run(R"({"do":"get","what":")" + what + R"(","buffer":)" + buffer + R"(,"size":)" +
+        const auto get = [&, name = what](const char* buffer, std::size_t size) {
+            return run(R"({"do":"get","what":")" + name + R"(","buffer":)" + buffer + R"(,"size":)" +
                        std::to_string(size) + "}");
         };
         const std::string needed = std::to_string(text.size() + 1);
