@@ -8,9 +8,15 @@
 #include "host/ScreenModel.h"
 #include "host/ScreenPrinter.h"
 #include "host/Text.h"
+#include "host/TypedCommand.h"
 
+#include <algorithm>
 #include <iostream>
 #include <mutex>
+#include <optional>
+#include <string>
+#include <unistd.h>
+#include <vector>
 
 namespace host {
 namespace {
@@ -22,7 +28,20 @@ class Watcher {
 public:
     void onNotice(const char* xml) {
         const std::lock_guard lock(mutex);
-        printer.print(screen.apply(xml), screen);
+        const std::vector<ScreenChange> changes = screen.apply(xml);
+        for (const ScreenChange& change : changes) {
+            follow(change);
+        }
+        printer.print(changes, screen);
+    }
+
+    /// Answers a typed line as far as it can.
+    /// @return the event that it asks for; empty if there is none
+    std::string onTyped(std::string_view line) {
+        const std::lock_guard lock(mutex);
+        const TypedReply reply = replyTo(line, screen, openPopups);
+        std::cout << reply.answer << std::flush;
+        return reply.event;
     }
 
     void onLog(const LogRecord& record) {
@@ -33,14 +52,76 @@ public:
     }
 
 private:
+    /// Keeps the order in which popups came to the front.
+    void follow(const ScreenChange& change) {
+        using Kind = ScreenChange::Kind;
+        if (change.kind == Kind::PopupOpened || change.kind == Kind::PopupRaised ||
+            change.kind == Kind::PopupClosed) {
+            std::erase(openPopups, change.popup.id);
+            if (change.kind != Kind::PopupClosed) {
+                openPopups.push_back(change.popup.id);
+            }
+        }
+    }
+
     std::mutex mutex;
     ScreenModel screen;
+    std::vector<std::string> openPopups; ///< the one in front last
     ScreenPrinter printer{std::cout};
 };
 
 void require(bool isDone, const char* what) {
     if (!isDone) {
         throw HostError(std::string("the plugin could not be ") + what);
+    }
+}
+
+/// The lines of standard input, as they come.
+class TypedLines {
+public:
+    /// The next whole line; none while no line is complete. To be called when there is something to read.
+    std::optional<std::string> next() {
+        const std::size_t end = pending.find('\n');
+        if (end == std::string::npos) {
+            return std::nullopt;
+        }
+        std::string line = pending.substr(0, end);
+        pending.erase(0, end + 1);
+        return line;
+    }
+
+    /// Reads what there is.
+    /// @return false at the input's end
+    bool read() {
+        char buffer[4096];
+        const ssize_t count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count <= 0) {
+            return false;
+        }
+        pending.append(buffer, static_cast<std::size_t>(count));
+        return true;
+    }
+
+private:
+    std::string pending;
+};
+
+/// Takes typed commands until the user leaves or interrupts; after the input's end, until the latter.
+void serveTyped(Interrupt& interrupt, Watcher& watcher, IPresentationPluginV3& plugin) {
+    TypedLines lines;
+    while (interrupt.waitForInput()) {
+        if (!lines.read()) {
+            interrupt.wait();
+            return;
+        }
+        while (const std::optional<std::string> line = lines.next()) {
+            if (*line == "quit") {
+                return;
+            }
+            if (const std::string event = watcher.onTyped(*line); !event.empty()) {
+                plugin.EventNotification(event.c_str());
+            }
+        }
     }
 }
 
@@ -64,7 +145,7 @@ void watchScreen(const WatchOptions& options) {
     require(plugin != nullptr, "created");
     require(plugin->Register("", hostHandle, &callbacks, &translator) == presentationDone, "registered");
     require(plugin->Start() == presentationDone, "started");
-    interrupt.wait();
+    serveTyped(interrupt, watcher, *plugin);
     require(plugin->Stop(0) == presentationDone, "stopped");
     require(plugin->Unregister() == presentationDone, "unregistered");
 }

@@ -18,12 +18,17 @@ public:
     /// program as usual.
     void wait();
 
+    /// Waits for standard input as well.
+    /// @return true when there is something to read, or its end; false when the user interrupts
+    bool waitForInput();
+
 private:
     void restore();
 
     sigset_t awaited;
     sigset_t before;
     bool isBlocked = true;
+    int descriptor = -1; ///< becomes readable with an interruption
 };
 
 } // namespace host

@@ -128,4 +128,27 @@ std::string printable(std::string_view text) {
     return safe;
 }
 
+std::string xmlEscaped(std::string_view text) {
+    std::string escaped;
+    for (const char character : text) {
+        switch (character) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        default:
+            escaped += character;
+        }
+    }
+    return escaped;
+}
+
 } // namespace host
