@@ -106,6 +106,15 @@ QuillApiResult Backend::stop(const std::shared_ptr<Connection>& connection) {
     return result == QuillApiResult::Success ? connection->stop() : result;
 }
 
+void Backend::release(Connection& connection) {
+    connection.stop();
+    // A receiver that is kept would reach into the plugin's module even after that has been unloaded. Whoever
+    // wants late documents has quiet mode and sees to it himself.
+    if (!told.isQuiet()) {
+        connection.forgetReceiver();
+    }
+}
+
 void Backend::setFactoryExpired(bool expired) {
     std::shared_ptr<IQuillApiFactory> gone;
     const std::lock_guard lock(factoryMutex);
@@ -141,6 +150,21 @@ WrenSimDelivery Backend::deliver(std::uint64_t api, WrenSimDocument document, co
 bool Backend::hasReceiver(std::uint64_t api) const {
     const std::shared_ptr<Connection> connection = connections.find(api);
     return connection && connection->hasReceiver();
+}
+
+void Backend::forgetReceivers() {
+    connections.forgetReceivers();
+    if (!thread.isCurrent()) {
+        thread.waitForRunningTask();
+    }
+}
+
+bool Backend::waitUntilIdle() {
+    if (thread.isCurrent()) {
+        return false;
+    }
+    thread.waitUntilIdle();
+    return true;
 }
 
 } // namespace sim

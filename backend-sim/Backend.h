@@ -29,11 +29,18 @@ public:
     QuillApiResult request(const std::shared_ptr<Connection>& connection, Operation operation,
                            const char* json);
     QuillApiResult stop(const std::shared_ptr<Connection>& connection);
+    /// The connection's API object has gone, stopped or not: it counts as stopped.
+    void release(Connection& connection);
 
     void setFactoryExpired(bool expired);
     void setPace(std::uint32_t percent);
     WrenSimDelivery deliver(std::uint64_t api, WrenSimDocument document, const char* json, bool wait);
     bool hasReceiver(std::uint64_t api) const;
+    void forgetReceivers();
+
+    /// @return false on the delivery thread, which would wait for itself
+    bool waitUntilIdle();
+    DeliveryThread& time() noexcept { return thread; }
 
 private:
     Backend();

@@ -58,6 +58,12 @@ bool Connection::deliver(WrenSimDocument document, const std::string& json) cons
     return true;
 }
 
+void Connection::forgetReceiver() {
+    std::weak_ptr<IQuillApiCallbacks> forgotten; // its end may run code of the plugin's: not under the lock
+    const std::lock_guard lock(mutex);
+    forgotten.swap(receiver);
+}
+
 std::shared_ptr<IQuillApiCallbacks> Connection::lockReceiver() const {
     const std::lock_guard lock(mutex);
     return receiver.lock();
@@ -77,6 +83,13 @@ std::shared_ptr<Connection> Connections::find(std::uint64_t number) const {
     const std::lock_guard lock(mutex);
     const auto found = byNumber.find(number == WRENSIM_LATEST_API ? latest : number);
     return found == byNumber.end() ? nullptr : found->second;
+}
+
+void Connections::forgetReceivers() {
+    const std::lock_guard lock(mutex);
+    for (const auto& [number, connection] : byNumber) {
+        connection->forgetReceiver();
+    }
 }
 
 } // namespace sim

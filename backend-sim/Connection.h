@@ -27,8 +27,11 @@ public:
     QuillApiResult stop();
     bool isRunning() const;
 
-    /// Whether there is somebody to call; true past `stop` too.
+    /// Whether there is somebody to call; true past `stop` too, until the receiver goes or is forgotten.
     bool hasReceiver() const;
+
+    /// Lets go of the receiver, whatever the phase. A call that is under way ends as it would have.
+    void forgetReceiver();
 
     /// Calls the receiver, holding it for the time of the call and no lock.
     /// @return false if there is none
@@ -54,6 +57,9 @@ public:
 
     /// The connection of that number, or the latest for `WRENSIM_LATEST_API`; null if there is none.
     std::shared_ptr<Connection> find(std::uint64_t number) const;
+
+    /// Lets go of the receivers of all.
+    void forgetReceivers();
 
 private:
     mutable std::mutex mutex;

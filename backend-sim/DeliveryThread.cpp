@@ -17,7 +17,7 @@ DeliveryThread::~DeliveryThread() {
     }
 }
 
-void DeliveryThread::post(Task task, std::chrono::milliseconds delay) {
+void DeliveryThread::add(Task task, Milliseconds delay, bool isAwaited) {
     const std::lock_guard lock(mutex);
     if (ending) {
         return;
@@ -25,7 +25,7 @@ void DeliveryThread::post(Task task, std::chrono::milliseconds delay) {
     if (!thread.joinable()) {
         thread = std::thread([this] { run(); });
     }
-    waiting.push_back({Clock::now() + delay, posted++, std::move(task)});
+    waiting.push_back({clock.now() + delay, ++posted, isAwaited, std::move(task)});
     std::push_heap(waiting.begin(), waiting.end(), isLater);
     changed.notify_one();
 }
@@ -35,31 +35,97 @@ bool DeliveryThread::isCurrent() const {
     return thread.get_id() == std::this_thread::get_id();
 }
 
+void DeliveryThread::waitUntilIdle() {
+    std::unique_lock lock(mutex);
+    rested.wait(lock, [this] { return isIdle(); });
+}
+
+void DeliveryThread::waitForRunningTask() {
+    std::unique_lock lock(mutex);
+    rested.wait(lock, [this, seen = running] { return running == 0 || running != seen; });
+}
+
+std::int64_t DeliveryThread::unixSeconds() const {
+    const std::lock_guard lock(mutex);
+    return clock.unixSeconds();
+}
+
+void DeliveryThread::holdTime(std::int64_t seconds) {
+    const std::lock_guard lock(mutex);
+    clock.hold(seconds);
+    changed.notify_one();
+    rested.notify_all();
+}
+
+void DeliveryThread::advanceTime(Milliseconds duration) {
+    const std::lock_guard lock(mutex);
+    if (clock.isHeld()) {
+        clock.advance(duration);
+        letTimeRest();
+        changed.notify_one();
+    }
+}
+
+void DeliveryThread::releaseTime() {
+    const std::lock_guard lock(mutex);
+    clock.release();
+    changed.notify_one();
+}
+
 bool DeliveryThread::isLater(const Entry& left, const Entry& right) {
-    return std::tie(left.due, left.sequence) > std::tie(right.due, right.sequence);
+    return std::tie(left.due, left.number) > std::tie(right.due, right.number);
 }
 
 void DeliveryThread::run() {
-    while (const Task task = takeNext()) {
+    while (Task task = takeNext()) {
         task();
+        task = nullptr; // what it held goes before it counts as ended
+        const std::lock_guard lock(mutex);
+        running = 0;
+        letTimeRest();
+        rested.notify_all();
     }
 }
 
 DeliveryThread::Task DeliveryThread::takeNext() {
     std::unique_lock lock(mutex);
     while (!ending) {
-        if (waiting.empty()) {
-            changed.wait(lock);
-        } else if (const auto due = waiting.front().due; due > Clock::now()) {
-            changed.wait_until(lock, due);
-        } else {
+        if (isNextDue()) {
             std::pop_heap(waiting.begin(), waiting.end(), isLater);
-            Task task = std::move(waiting.back().task);
+            Entry next = std::move(waiting.back());
             waiting.pop_back();
-            return task;
+            clock.reach(next.due);
+            running = next.number;
+            return std::move(next.task);
         }
+        waitForChange(lock);
     }
     return {};
+}
+
+void DeliveryThread::letTimeRest() {
+    if (running == 0 && !isNextDue()) {
+        clock.reach(clock.horizon());
+    }
+}
+
+bool DeliveryThread::isNextDue() const { return !waiting.empty() && waiting.front().due <= clock.horizon(); }
+
+void DeliveryThread::waitForChange(std::unique_lock<std::mutex>& lock) {
+    // Longer waits than this would leave the range of the system's clocks.
+    constexpr Milliseconds longest = std::chrono::hours(1);
+    if (waiting.empty() || clock.isHeld()) {
+        changed.wait(lock);
+    } else {
+        changed.wait_for(lock, std::min(longest, waiting.front().due - clock.now()));
+    }
+}
+
+bool DeliveryThread::isIdle() const {
+    const bool onlyWhatIsDue = clock.isHeld();
+    return running == 0 && std::none_of(waiting.begin(), waiting.end(), [&](const Entry& entry) {
+               return entry.due <= clock.horizon() || (entry.isAwaited && !onlyWhatIsDue);
+           });
 }
 
 } // namespace sim

@@ -1,12 +1,15 @@
 /// The one thread on which the library calls its receivers and its service lives.
 #pragma once
 
+#include "backend-sim/SimClock.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace sim {
@@ -17,6 +20,7 @@ namespace sim {
 class DeliveryThread {
 public:
     using Task = std::function<void()>;
+    using Milliseconds = SimClock::Milliseconds;
 
     DeliveryThread() = default;
     DeliveryThread(const DeliveryThread&) = delete;
@@ -25,28 +29,55 @@ public:
     ~DeliveryThread();
 
     /// @throws std::system_error where no thread can be had
-    void post(Task task, std::chrono::milliseconds delay = {});
+    void post(Task task, Milliseconds delay = {}) { add(std::move(task), delay, true); }
+    /// Posts what nobody waits for: before its time it doesn't keep the thread from being idle.
+    void postTimer(Task task, Milliseconds delay) { add(std::move(task), delay, false); }
 
     /// Whether the caller runs on this thread.
     bool isCurrent() const;
 
+    /// Waits until no task runs or waits to run. While time is held, tasks that lie ahead count for nothing.
+    /// Not on this thread.
+    void waitUntilIdle();
+    /// Waits for the end of the task that runs, if there is one. Not on this thread.
+    void waitForRunningTask();
+
+    // The thread's time, as SimClock tells it.
+
+    std::int64_t unixSeconds() const;
+    void holdTime(std::int64_t seconds);
+    /// Moves held time on, from one task that falls due to the next; returns at once. Real time is left
+    /// alone.
+    void advanceTime(Milliseconds duration);
+    void releaseTime();
+
 private:
-    using Clock = std::chrono::steady_clock;
+    using Instant = SimClock::Instant;
 
     struct Entry {
-        Clock::time_point due;
-        std::uint64_t sequence;
+        Instant due;
+        std::uint64_t number;
+        bool isAwaited;
         Task task;
     };
     static bool isLater(const Entry& left, const Entry& right);
+    void add(Task task, Milliseconds delay, bool isAwaited);
     void run();
     Task takeNext();
+    /// Moves held time to its goal where nothing is left to do on the way.
+    void letTimeRest();
+    bool isNextDue() const;
+    void waitForChange(std::unique_lock<std::mutex>& lock);
+    bool isIdle() const;
 
     mutable std::mutex mutex;
-    std::condition_variable changed;
-    std::vector<Entry> waiting; ///< a heap, the next one on top
+    std::condition_variable changed; ///< something for the thread to look at
+    std::condition_variable rested;  ///< a task has ended
+    std::vector<Entry> waiting;      ///< a heap, the next one on top
     std::uint64_t posted = 0;
+    std::uint64_t running = 0; ///< number of the task that runs, 0 for none
     bool ending = false;
+    SimClock clock;
     std::thread thread;
 };
 

@@ -27,7 +27,7 @@ public:
         , connection(std::move(made)) {}
     SimApi(const SimApi&) = delete;
     SimApi& operator=(const SimApi&) = delete;
-    ~SimApi() { connection->stop(); }
+    ~SimApi() { backend.release(*connection); }
 
     QuillApiResult Start(std::weak_ptr<IQuillApiCallbacks> callbacks) override {
         return backend.start(connection, callbacks);

@@ -18,6 +18,18 @@ WrenSimDelivery wrensim_deliver_and_wait(uint64_t api, WrenSimDocument document,
 
 bool wrensim_has_receiver(uint64_t api) { return Backend::instance().hasReceiver(api); }
 
+void wrensim_forget_receivers(void) { Backend::instance().forgetReceivers(); }
+
+bool wrensim_wait_idle(void) { return Backend::instance().waitUntilIdle(); }
+
+void wrensim_hold_time(int64_t unix_seconds) { Backend::instance().time().holdTime(unix_seconds); }
+
+void wrensim_advance_time(uint32_t milliseconds) {
+    Backend::instance().time().advanceTime(std::chrono::milliseconds(milliseconds));
+}
+
+void wrensim_release_time(void) { Backend::instance().time().releaseTime(); }
+
 bool wrensim_set_result(const char* operation, uint32_t result, uint32_t times) {
     const auto known = operation != nullptr ? sim::operationOf(operation) : std::nullopt;
     if (known) {

@@ -60,8 +60,40 @@ WREN_BACKEND_API WrenSimDelivery wrensim_deliver(uint64_t api, WrenSimDocument d
 WREN_BACKEND_API WrenSimDelivery wrensim_deliver_and_wait(uint64_t api, WrenSimDocument document,
                                                           const char* json);
 
-/** Whether that connection took a receiver that still exists. */
+/** Whether that connection took a receiver that still exists and was not let go. */
 WREN_BACKEND_API bool wrensim_has_receiver(uint64_t api);
+
+/** Lets go of the receiver of every connection, stopped or running: none hears of anything from then on.
+ * Returns when the delivery thread is not inside any of them either, so that the plugin's module may be
+ * unloaded; called on the delivery thread itself, it doesn't wait for the callback that it is called from.
+ * The caller must hold no lock that a receiver needs.
+ *
+ * A receiver is remembered past the stop of its connection. When the connection's API object goes, stopped
+ * before or not, it is let go, save in quiet mode: there it stays for late documents until this function is
+ * called or the library is unloaded. What is remembered lies in the plugin's module: in quiet mode, call this
+ * before unloading that.
+ */
+WREN_BACKEND_API void wrensim_forget_receivers(void);
+
+/** Waits until the service has nothing left to do: nothing runs and no step or document waits for its time.
+ * What comes by itself, such as a status at intervals, is not waited for. While time is held, neither are
+ * steps that lie ahead. The caller must hold no lock that a receiver needs.
+ * @return false, without waiting, on the delivery thread
+ */
+WREN_BACKEND_API bool wrensim_wait_idle(void);
+
+/** Stops the service's time and sets its wall clock to `unix_seconds`, seconds since 1970. It goes on only
+ * by `wrensim_advance_time`. Time is real to begin with.
+ */
+WREN_BACKEND_API void wrensim_hold_time(int64_t unix_seconds);
+
+/** Lets time that is held go on by that much, step by step: each thing that falls due happens at its time.
+ * The call returns at once; `wrensim_wait_idle` waits for it all. Without effect while time is real.
+ */
+WREN_BACKEND_API void wrensim_advance_time(uint32_t milliseconds);
+
+/** Lets time go on by itself again, the wall clock showing the real time. */
+WREN_BACKEND_API void wrensim_release_time(void);
 
 /** The next `times` calls of an operation answer with `result` and, unless that is 0, do nothing else.
  * A second call for the same operation replaces what the first left over; 0 times takes it back.
