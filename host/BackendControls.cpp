@@ -38,6 +38,7 @@ BackendControls::BackendControls()
     , setNullApi(required<decltype(setNullApi)>(library, "wrensim_set_null_api"))
     , setFactoryExpired(required<decltype(setFactoryExpired)>(library, "wrensim_set_factory_expired"))
     , reset(required<decltype(reset)>(library, "wrensim_reset"))
-    , observe(required<decltype(observe)>(library, "wrensim_observe")) {}
+    , observe(required<decltype(observe)>(library, "wrensim_observe"))
+    , forgetReceivers(required<decltype(forgetReceivers)>(library, "wrensim_forget_receivers")) {}
 
 } // namespace host

@@ -20,6 +20,7 @@ struct BackendControls {
     decltype(&wrensim_set_factory_expired) setFactoryExpired;
     decltype(&wrensim_reset) reset;
     decltype(&wrensim_observe) observe;
+    decltype(&wrensim_forget_receivers) forgetReceivers;
 };
 
 } // namespace host

@@ -58,6 +58,8 @@ SessionRunner::~SessionRunner() {
     objects.clear();
     replaced.clear();
     backend.observe(nullptr, nullptr);
+    // What the stand-in remembers for late documents lies in the module, which may be unloaded after this.
+    backend.forgetReceivers();
 }
 
 void SessionRunner::run(const Session& session) {

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -47,7 +48,7 @@ protected:
     void write(const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
 
     std::string bytes = host::readFile(test::backendLibrary);
-    std::string path = ::testing::TempDir() + "damaged-library.so";
+    std::string path = ::testing::TempDir() + "damaged-library-" + std::to_string(::getpid()) + ".so";
 };
 
 TEST_F(DamagedLibrary, AnotherKindOfFileIsRefused) {
