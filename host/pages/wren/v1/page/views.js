@@ -60,7 +60,6 @@ export function updateProgress(shown, { title, percent }) {
     shown.querySelector(".percent").textContent = texts.percent(percent);
     const meter = shown.querySelector(".meter");
     meter.setAttribute("aria-valuenow", String(percent));
-    meter.setAttribute("aria-valuetext", texts.percent(percent));
     meter.firstElementChild.style.setProperty("--done", String(percent / 100));
 }
 
