@@ -74,7 +74,13 @@ export const reenroll = alert(
     "Please verify your identity to renew your enrollment and continue access to secure resources.",
     "Please verify your identity to renew your enrollment and continue access to secure resources. " +
         "Click Continue to sign in and follow the authentication prompts.",
-    local("Continue", "Verify your identity", "Enrollment will continue in a new window.", "re-enroll", "enrollment-7"),
+    local(
+        "Continue",
+        "Verify your identity",
+        "Enrollment will continue in a new window.",
+        "re-enroll",
+        "enrollment-7",
+    ),
 );
 
 export function verify(contextId) {
@@ -84,7 +90,13 @@ export function verify(contextId) {
         "Verify your identity",
         text,
         text,
-        local("Verify", "Verify your identity", "Authentication will continue in a new window.", "dataplane-auth", contextId),
+        local(
+            "Verify",
+            "Verify your identity",
+            "Authentication will continue in a new window.",
+            "dataplane-auth",
+            contextId,
+        ),
     );
 }
 

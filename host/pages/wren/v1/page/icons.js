@@ -22,7 +22,11 @@ export const icons = Object.freeze({
     ]),
     back: Object.freeze(["m14.5 5.5-6.5 6.5 6.5 6.5"]),
     forward: Object.freeze(["m9.5 5.5 6.5 6.5-6.5 6.5"]),
-    outside: Object.freeze(["M13.5 4.5h6v6", "M19.5 4.5 11 13", "M10 5.5H6.5a2 2 0 0 0-2 2v10a2 2 0 0 0 2 2h10a2 2 0 0 0 2-2V14"]),
+    outside: Object.freeze([
+        "M13.5 4.5h6v6",
+        "M19.5 4.5 11 13",
+        "M10 5.5H6.5a2 2 0 0 0-2 2v10a2 2 0 0 0 2 2h10a2 2 0 0 0 2-2V14",
+    ]),
     again: Object.freeze(["M19.5 12a7.5 7.5 0 1 1-2.2-5.3l2.2 2.1", "M19.5 4.3v4.5H15"]),
     done: Object.freeze(["m5 12.6 4.4 4.4L19 7.4"]),
 });

@@ -103,7 +103,14 @@ function render() {
     const shown = view(flow, place, controls, notes);
     main.replaceChildren(shown);
     const target = outer(place, flow);
-    const back = target && button({ class: "quiet", "data-control": "back" }, goBack, drawing(icons.back, "icon"), backLabel(flow, target));
+    const back =
+        target &&
+        button(
+            { class: "quiet", "data-control": "back" },
+            goBack,
+            drawing(icons.back, "icon"),
+            backLabel(flow, target),
+        );
     wayBack.replaceChildren(...(back ? [back] : []));
     wayBack.hidden = !back;
     main.removeAttribute("aria-busy");

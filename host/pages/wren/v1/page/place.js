@@ -128,9 +128,7 @@ function followAlert(place, before, after) {
     }
     const sent = before.alerts[place.alert].actions[place.action].event;
     const action = after.alerts[alert].actions.findIndex((candidate) => sameEvent(candidate.event, sent));
-    return action < 0
-        ? moveTo({ page: "alert", alert })
-        : keep({ page: "action", alert, action });
+    return action < 0 ? moveTo({ page: "alert", alert }) : keep({ page: "action", alert, action });
 }
 
 function keep(place) {

@@ -66,7 +66,13 @@ export function updateProgress(shown, { title, percent }) {
 function progressView(flow) {
     const meter = element(
         "div",
-        { class: "meter", role: "progressbar", "aria-labelledby": "heading", "aria-valuemin": "0", "aria-valuemax": "100" },
+        {
+            class: "meter",
+            role: "progressbar",
+            "aria-labelledby": "heading",
+            "aria-valuemin": "0",
+            "aria-valuemax": "100",
+        },
         element("div", { class: "meter-fill" }),
     );
     const shown = [
@@ -104,7 +110,11 @@ function listView({ alerts, strings }, controls, notes) {
     return [
         heading(strings.listTitle, texts.alerts),
         textElement("p", strings.listText, { class: "text" }),
-        element("ul", { class: "entries", role: "list" }, ...alerts.map((alert, index) => entry(alert, index, controls))),
+        element(
+            "ul",
+            { class: "entries", role: "list" },
+            ...alerts.map((alert, index) => entry(alert, index, controls)),
+        ),
         checkAgain(controls, notes),
     ];
 }
@@ -181,7 +191,12 @@ function remoteAction(action, index) {
         drawing(icons.outside, "icon"),
     );
     // A label may say anything; where the link leads is for the user to see before the click.
-    const where = element("p", { class: "address", id: `address-${index}` }, `${texts.addressOfLink} `, element("bdi", {}, address));
+    const where = element(
+        "p",
+        { class: "address", id: `address-${index}` },
+        `${texts.addressOfLink} `,
+        element("bdi", {}, address),
+    );
     return element("div", { class: "remote" }, element("div", { class: "controls" }, link), where);
 }
 
