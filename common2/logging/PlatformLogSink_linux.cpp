@@ -36,7 +36,11 @@ int priorityOf(const logging::record_view& record) {
 }
 
 /// Writes to syslog under an ident of its own, which libc refers to until `closelog`.
-class SyslogBackend : public sinks::basic_formatted_sink_backend<char, sinks::synchronized_feeding> {
+///
+/// It formats by itself: the library's formatting frontend would keep a stream for each thread that ever
+/// logged, whose destructor lies in this module and would run when such a thread ends, after the module was
+/// unloaded.
+class SyslogBackend : public sinks::basic_sink_backend<sinks::synchronized_feeding> {
 public:
     explicit SyslogBackend(std::string sourceName)
         : ident(std::move(sourceName)) {
@@ -46,8 +50,8 @@ public:
     SyslogBackend& operator=(const SyslogBackend&) = delete;
     ~SyslogBackend() { ::closelog(); }
 
-    void consume(const logging::record_view& record, const std::string& line) {
-        ::syslog(priorityOf(record), "%s", line.c_str());
+    void consume(const logging::record_view& record) {
+        ::syslog(priorityOf(record), "%s", formatLogLine(record).c_str());
     }
 
 private:
@@ -59,9 +63,6 @@ private:
 boost::shared_ptr<sinks::sink> makePlatformLogSink(const std::string& sourceName) {
     auto sink = boost::make_shared<sinks::synchronous_sink<SyslogBackend>>(
         boost::make_shared<SyslogBackend>(sourceName));
-    sink->set_formatter([](const logging::record_view& record, logging::formatting_ostream& out) {
-        out << formatLogLine(record);
-    });
     sink->set_exception_handler(logging::make_exception_suppressor());
     return sink;
 }
