@@ -36,18 +36,18 @@ public:
     }
 
     /// Answers a typed line as far as it can.
-    /// @return the event that it asks for; empty if there is none
-    std::string onTyped(std::string_view line) {
+    /// @return what is left to do: an event to send, or to quit
+    TypedReply onTyped(std::string_view line) {
         const std::lock_guard lock(mutex);
-        const TypedReply reply = replyTo(line, screen, openPopups);
+        TypedReply reply = replyTo(line, screen, openPopups);
         std::cout << reply.answer << std::flush;
-        return reply.event;
+        return reply;
     }
 
     void onLog(const LogRecord& record) {
         const std::lock_guard lock(mutex);
         std::cout << "log "
-                  << "TIWE?"[record.severity] << ' ' << record.function << ": " << record.message
+                  << "TIWE?"[record.severity] << ' ' << record.function << ": " << printable(record.message)
                   << std::endl;
     }
 
@@ -115,11 +115,12 @@ void serveTyped(Interrupt& interrupt, Watcher& watcher, IPresentationPluginV3& p
             return;
         }
         while (const std::optional<std::string> line = lines.next()) {
-            if (*line == "quit") {
+            const TypedReply reply = watcher.onTyped(*line);
+            if (reply.wantsToQuit) {
                 return;
             }
-            if (const std::string event = watcher.onTyped(*line); !event.empty()) {
-                plugin.EventNotification(event.c_str());
+            if (!reply.event.empty()) {
+                plugin.EventNotification(reply.event.c_str());
             }
         }
     }

@@ -33,8 +33,8 @@ std::string textOf(const ScreenControl& control) {
         return {};
     }
     if (control.element == "button") {
-        return "[" + std::string(control.attribute("label")) + "]" +
-               (control.isDisabled() ? " disabled" : "");
+        std::string text("[");
+        return text.append(control.attribute("label")).append(control.isDisabled() ? "] disabled" : "]");
     }
     if (control.element == "webbrowser") {
         std::string text(control.attribute("operation"));

@@ -3,23 +3,19 @@
 #include "host/DuplicateKeys.h"
 #include "host/Files.h"
 #include "host/HostError.h"
+#include "host/SessionOutput.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace host {
 namespace {
 
 namespace json = boost::json;
-
-constexpr std::array<std::string_view, 7> outputs{
-    "interfaces", "created", "result", "notice", "stop_done", "api", "log",
-};
 
 bool isSkipped(std::string_view line) {
     return line.starts_with('#') || line.find_first_not_of(" \t\r") == std::string_view::npos;
@@ -40,28 +36,21 @@ json::object parseLine(std::string_view line) {
     return value.get_object();
 }
 
-void checkOutput(const json::value& word) {
-    const bool isKnown = word.is_string() && std::find(outputs.begin(), outputs.end(),
-                                                       std::string_view(word.get_string())) != outputs.end();
-    if (!isKnown) {
-        throw HostError("unknown \"out\": " + json::serialize(word));
-    }
-}
-
 /// Adds the line to the session if it is an input. Outputs are of use to whoever compares: they only have to
 /// be what they say.
-void takeLine(Session& session, std::string_view text, unsigned number) {
+/// @param isFirst whether no line stands before it
+void takeLine(Session& session, std::string_view text, unsigned number, bool isFirst) {
     const json::object fields = parseLine(text);
     const json::value* output = fields.if_contains("out");
     if (fields.contains("do") == (output != nullptr)) {
         throw HostError("a line holds either \"do\" or \"out\"");
     }
     if (output != nullptr) {
-        checkOutput(*output);
+        checkOutput(fields);
         return;
     }
     SessionInput input(fields, number);
-    if (input.kind() == InputKind::Session && !session.inputs.empty()) {
+    if (input.kind() == InputKind::Session && !isFirst) {
         throw HostError("\"session\" may only be the first line");
     }
     session.inputs.push_back(std::move(input));
@@ -80,6 +69,7 @@ Session readSession(const std::filesystem::path& file) { return parseSession(rea
 
 Session parseSession(std::string_view content, const std::string& name) {
     Session session{name, {}};
+    bool isFirst = true;
     for (unsigned number = 1; !content.empty(); ++number) {
         const std::string_view line = content.substr(0, content.find('\n'));
         content.remove_prefix(std::min(line.size() + 1, content.size()));
@@ -87,7 +77,7 @@ Session parseSession(std::string_view content, const std::string& name) {
             continue;
         }
         try {
-            takeLine(session, line, number);
+            takeLine(session, line, number, std::exchange(isFirst, false));
         } catch (const HostError& fault) {
             throw HostError(atLine(name, number, fault.what()));
         }

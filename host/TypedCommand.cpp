@@ -36,10 +36,11 @@ constexpr std::array<ButtonCommand, 6> buttonCommands{{
     {"sync", "quill_config_sync_btn"},
 }};
 
-TypedReply answer(std::string text) { return {{}, std::move(text)}; }
+TypedReply answer(std::string text) { return {{}, std::move(text), false}; }
 
 TypedReply send(std::string_view eventId, std::string_view child = {}) {
-    return {"<vtguiEvent id=\"" + xmlEscaped(eventId) + "\">" + std::string(child) + "</vtguiEvent>", {}};
+    return {
+        "<vtguiEvent id=\"" + xmlEscaped(eventId) + "\">" + std::string(child) + "</vtguiEvent>", {}, false};
 }
 
 /// Takes the next word off the line.
@@ -147,6 +148,9 @@ TypedReply replyTo(std::string_view line, const ScreenModel& screen,
     }
     if (word == "close") {
         return close(screen, openPopups);
+    }
+    if (word == "quit") {
+        return {{}, {}, true};
     }
     if (word == "help") {
         return answer(help);

@@ -13,6 +13,7 @@ namespace host {
 struct TypedReply {
     std::string event;  ///< a "vtguiEvent" document; empty: nothing to send
     std::string answer; ///< lines to print; empty: nothing to say
+    bool wantsToQuit = false;
 };
 
 /// Reads a typed line against the screen: a control can only be used while it is shown and enabled.

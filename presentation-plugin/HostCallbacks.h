@@ -17,15 +17,8 @@ public:
         ITranslator* translator = nullptr;         ///< not owned; never called
     };
 
-    void set(const Snapshot& registered) {
-        const std::lock_guard lock(mutex);
-        current = registered;
-    }
-
-    Snapshot get() const {
-        const std::lock_guard lock(mutex);
-        return current;
-    }
+    void set(const Snapshot& registered);
+    Snapshot get() const;
 
 private:
     mutable std::mutex mutex;

@@ -1,7 +1,7 @@
+#include "common/PluginIdentity.h"
 #include "common/api/QuillApiResultText.h"
 #include "common/logging/QuillLogging.h"
 #include "common2/logging/Common2Loggers.h"
-#include "presentation-plugin/PluginIdentity.h"
 #include "presentation-plugin/PresentationPluginImpl.h"
 #include "wren/Plugin.h"
 
@@ -36,11 +36,6 @@ bool isWanted(const char* interfaceName, std::string_view offered, std::string_v
 }
 
 } // namespace
-
-Plugin::Plugin() = default;
-Plugin::Plugin(const Plugin&) {}
-Plugin& Plugin::operator=(const Plugin&) { return *this; }
-Plugin::~Plugin() = default;
 
 PluginInterfaceList GetAvailableInterfaces() {
     return {interfaces.data(), static_cast<std::int32_t>(interfaces.size())};

@@ -1,7 +1,7 @@
 #include "presentation-plugin/PresentationPluginImpl.h"
 
+#include "common/PluginIdentity.h"
 #include "common2/util/OsVerApi.h"
-#include "presentation-plugin/PluginIdentity.h"
 #include "presentation-plugin/PresentationPluginImplRaise.h"
 #include "wren/Plugin.h"
 #include "xml/XmlUINotice.h"
@@ -26,9 +26,10 @@ std::int32_t copyText(std::string_view text, char* buffer, std::uint32_t* size) 
 }
 
 /// A lifecycle line: what happens to the plugin, and which version it is.
-void logLife(Common2LogSeverity severity, std::string_view happening, std::string_view function) {
-    COMMON2_LOG(severity, function) << happening << " WREN Presentation Plugin Version '"
-                                    << pluginIdentity::version << '\'';
+void logLife(Common2LogSeverity severity, std::string_view happening, std::string_view function,
+             int line = __builtin_LINE()) {
+    COMMON2_LOG_AT(severity, common2::sourceName(__FILE__), line, function)
+        << happening << " WREN Presentation Plugin Version '" << pluginIdentity::version << '\'';
 }
 
 std::string describeClient() {

@@ -122,9 +122,10 @@ private:
 
     /// Raises an event under `smMutex`, which the caller holds, and warns in the name of `function` where the
     /// machine does not take it.
+    /// @param line where that operation raises it
     /// @return whether the machine took it
     template <class Event>
-    bool raise(const Event& event, std::string_view function);
+    bool raise(const Event& event, std::string_view function, int line = __builtin_LINE());
 
     // What the user did: one route for each group of kinds. All are called with `smMutex` held.
     void routeEnroll();

@@ -9,8 +9,10 @@ constexpr const char* createFailed = "Couldn't create QUILL API";
 constexpr const char* startFailed = "Couldn't start QUILL API";
 constexpr const char* stopFailed = "Couldn't stop QUILL API";
 
-void logResult(std::string_view function, std::string_view failure, QuillApiResult result) {
-    COMMON2_LOG(DBG_ERROR, function) << failure << ": " << quillApiResultName(result);
+void logResult(std::string_view function, std::string_view failure, QuillApiResult result,
+               int line = __builtin_LINE()) {
+    COMMON2_LOG_AT(DBG_ERROR, common2::sourceName(__FILE__), line, function)
+        << failure << ": " << quillApiResultName(result);
 }
 
 } // namespace
@@ -37,7 +39,8 @@ void PresentationPluginImpl::actionStartApi() {
 }
 
 void PresentationPluginImpl::actionStopApi() {
-    const QuillApiResult stopped = api->Stop();
+    // A start that broke off for another reason than the backend's leaves nothing to stop.
+    const QuillApiResult stopped = api ? api->Stop() : QuillApiResult::Success;
     if (stopped != QuillApiResult::Success) {
         logResult("PresentationPluginImpl::actionStopApi", stopFailed, stopped);
     }
@@ -47,7 +50,7 @@ void PresentationPluginImpl::actionStopApi() {
 void PresentationPluginImpl::sendRequest(QuillApiResult (IQuillApi::*operation)(const char*),
                                          const std::string& request, const char* failure,
                                          std::string_view function) {
-    const QuillApiResult result = ((*api).*operation)(request.c_str());
+    const QuillApiResult result = api ? ((*api).*operation)(request.c_str()) : QuillApiResult::NotInitialized;
     if (result != QuillApiResult::Success) {
         logResult(function, failure, result);
         throw ApiError_ex(failure);

@@ -19,8 +19,9 @@ struct PresentationPluginImpl::Intake {
 
 namespace {
 
-void logFailure(std::string_view function, std::string_view words, std::string_view reason) {
-    COMMON2_LOG(DBG_ERROR, function) << words << reason;
+void logFailure(std::string_view function, std::string_view words, std::string_view reason,
+                int line = __builtin_LINE()) {
+    COMMON2_LOG_AT(DBG_ERROR, common2::sourceName(__FILE__), line, function) << words << reason;
 }
 
 std::optional<boost::json::value> parseDocument(const char* json, std::string_view function,

@@ -1,4 +1,4 @@
-#include "presentation-plugin/PluginIdentity.h"
+#include "common/PluginIdentity.h"
 #include "presentation-plugin/PresentationPluginImpl.h"
 #include "presentation-plugin/PresentationPluginImplRaise.h"
 #include "xml/UiWireNames.h"
@@ -28,11 +28,12 @@ std::string read(const XmlUIEvent& event, const char* control, const char* attri
 }
 
 /// Logs that something is being handled, with the browser's error behind it where there is one.
-void logHandling(std::string_view what, const std::string& error) {
+void logHandling(std::string_view what, const std::string& error, int line = __builtin_LINE()) {
     if (error.empty()) {
-        COMMON2_LOG(DBG_INFO, function) << what;
+        COMMON2_LOG_AT(DBG_INFO, common2::sourceName(__FILE__), line, function) << what;
     } else {
-        COMMON2_LOG(DBG_INFO, function) << what << " (" << error << ')';
+        COMMON2_LOG_AT(DBG_INFO, common2::sourceName(__FILE__), line, function)
+            << what << " (" << error << ')';
     }
 }
 

@@ -1,4 +1,4 @@
-#include "presentation-plugin/PluginIdentity.h"
+#include "common/PluginIdentity.h"
 #include "presentation-plugin/PresentationPluginImpl.h"
 #include "presentation-plugin/alerts/WrenAlerts.h"
 #include "presentation-plugin/xml/AdvancedPanelsComposition.h"

@@ -1,4 +1,4 @@
-#include "presentation-plugin/PluginIdentity.h"
+#include "common/PluginIdentity.h"
 #include "presentation-plugin/PresentationPluginImpl.h"
 #include "presentation-plugin/xml/ErrorPopupComposition.h"
 #include "xml/UiNoticeHelpers.h"
@@ -265,7 +265,7 @@ void PresentationPluginImpl::showToast(const char* title, const char* text, Toas
 void PresentationPluginImpl::showErrorPopup(const std::string& header, const std::string& details) {
     switch (errorPopups.find(errorPopupId, header, details)) {
     case ErrorPopupState::Shown::SameTexts:
-        COMMON2_LOG(DBG_TRACE, "PresentationPluginImpl::showErrorPopup")
+        COMMON2_LOG(DBG_WARN, "PresentationPluginImpl::showErrorPopup")
             << "Duplicated error popup activation detected. Bypassing the repetition of error dialog "
                "rendering.";
         return;
@@ -276,8 +276,8 @@ void PresentationPluginImpl::showErrorPopup(const std::string& header, const std
         break;
     }
     XmlUINotice popup(UiNoticeType::Popup, nullptr, pluginIdentity::identity);
-    composeErrorPopup(popup, header.c_str(), details.c_str(), *eventStore);
-    errorPopups.insert(errorPopupId, header, details);
+    errorPopups.insert(errorPopupId, header, details,
+                       [&] { composeErrorPopup(popup, header.c_str(), details.c_str(), *eventStore); });
     sendNotice(popup);
 
     const std::string told = header + ' ' + details;
@@ -289,12 +289,11 @@ void PresentationPluginImpl::showErrorPopup(const std::string& header, const std
 }
 
 void PresentationPluginImpl::closeErrorPopup() {
-    if (!errorPopups.erase(errorPopupId)) {
+    if (!errorPopups.erase(errorPopupId, [this] { eventStore->Remove(errorPopupId); })) {
         COMMON2_LOG(DBG_WARN, "PresentationPluginImpl::closeErrorPopup")
             << "No error popup found of the given ID: " << errorPopupId;
         return;
     }
-    eventStore->Remove(errorPopupId);
     XmlUINotice notice(UiNoticeType::Popup, nullptr, pluginIdentity::identity);
     composePopupDisposal(notice, errorPopupId);
     sendNotice(notice);

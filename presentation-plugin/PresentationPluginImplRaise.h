@@ -4,10 +4,10 @@
 #include "presentation-plugin/PresentationPluginImpl.h"
 
 template <class Event>
-bool PresentationPluginImpl::raise(const Event& event, std::string_view function) {
+bool PresentationPluginImpl::raise(const Event& event, std::string_view function, int line) {
     if (sm.process_event(event)) {
         return true;
     }
-    COMMON2_LOG(DBG_WARN, function) << "Unexpected state transition";
+    COMMON2_LOG_AT(DBG_WARN, "PresentationPluginImpl", line, function) << "Unexpected state transition";
     return false;
 }

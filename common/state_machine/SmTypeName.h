@@ -15,11 +15,7 @@ namespace smTypeName {
 
 template <class T>
 constexpr std::string_view signatureOf() {
-#if defined(_MSC_VER)
-    return __FUNCSIG__;
-#else
     return __PRETTY_FUNCTION__;
-#endif
 }
 
 /// The bare name, cut out of a function's signature: what stands before and behind it is learnt from a type

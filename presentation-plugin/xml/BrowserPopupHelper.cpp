@@ -1,9 +1,9 @@
 #include "presentation-plugin/xml/BrowserPopupHelper.h"
 
+#include "common/PluginIdentity.h"
 #include "common/api/DataplaneNotification.h"
 #include "common/api/EnrollmentNotifications.h"
 #include "common2/logging/Common2Loggers.h"
-#include "presentation-plugin/PluginIdentity.h"
 #include "presentation-plugin/alerts/WrenAlertPayload.h"
 #include "presentation-plugin/xml/ErrorPopupComposition.h"
 #include "xml/UiWireNames.h"

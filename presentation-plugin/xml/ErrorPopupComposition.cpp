@@ -1,6 +1,6 @@
 #include "presentation-plugin/xml/ErrorPopupComposition.h"
 
-#include "presentation-plugin/PluginIdentity.h"
+#include "common/PluginIdentity.h"
 #include "presentation-plugin/xml/CEventStore.h"
 #include "xml/UiVocabulary.h"
 #include "xml/UiWireNames.h"

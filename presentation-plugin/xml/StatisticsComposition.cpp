@@ -1,8 +1,8 @@
 #include "presentation-plugin/xml/StatisticsComposition.h"
 
+#include "common/PluginIdentity.h"
 #include "common/api/StatusNotification.h"
 #include "common2/util/LocalTimeText.h"
-#include "presentation-plugin/PluginIdentity.h"
 #include "xml/UiVocabulary.h"
 #include "xml/UiWireNames.h"
 

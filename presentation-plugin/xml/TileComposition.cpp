@@ -1,6 +1,6 @@
 #include "presentation-plugin/xml/TileComposition.h"
 
-#include "presentation-plugin/PluginIdentity.h"
+#include "common/PluginIdentity.h"
 #include "presentation-plugin/xml/CEventStore.h"
 #include "xml/UiNoticeHelpers.h"
 

@@ -18,7 +18,9 @@ enum PresentationPluginResult : std::int32_t {
     presentationFailed = -10,            ///< any other failure; the log explains it
 };
 
-/// The host's callback object, supplied to `Register` and used until `Unregister` or the plugin's end.
+/// The host's callback object, supplied to `Register` and used until `Unregister` or the plugin's end. An
+/// `EventNotification` that is under way on another thread meanwhile may still call it: the object must
+/// outlive all calls that the host makes into the plugin.
 ///
 /// Calls arrive on host threads (from within the host's own calls into the plugin) and on threads of the
 /// backend library. From inside them the host must not call `Register`, `Start`, `Stop`, `Unregister` or
@@ -75,7 +77,7 @@ public:
     /// @return `presentationDone` or `presentationFailed`
     virtual std::int32_t Stop(std::uint32_t reason) = 0;
 
-    /// Forgets the callbacks. Only while stopped.
+    /// Forgets the callbacks. Only while stopped. See `IPresentationCB` for calls under way on other threads.
     /// @return `presentationDone` or `presentationFailed`
     virtual std::int32_t Unregister() = 0;
 

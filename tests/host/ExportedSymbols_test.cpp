@@ -25,14 +25,13 @@ TEST(ExportedSymbols, BackendLibraryExportsItsContractAndItsControlsAndNothingEl
     auto symbols = exportedSymbols(test::backendLibrary);
     // The constructor that makes a whole object: of an abstract class not every compiler writes one.
     std::erase(symbols, "_ZN18IQuillApiCallbacksC1Ev");
-    EXPECT_THAT(symbols,
-                ElementsAre("GetQuillApiFactory", "_ZN18IQuillApiCallbacksC2Ev",
-                            "_ZN18IQuillApiCallbacksD0Ev", "_ZN18IQuillApiCallbacksD1Ev",
-                            "_ZN18IQuillApiCallbacksD2Ev", "_ZTI18IQuillApiCallbacks",
-                            "_ZTS18IQuillApiCallbacks", "_ZTV18IQuillApiCallbacks", "wrensim_deliver",
-                            "wrensim_deliver_and_wait", "wrensim_has_receiver", "wrensim_observe",
-                            "wrensim_reset", "wrensim_set_factory_expired", "wrensim_set_null_api",
-                            "wrensim_set_pace", "wrensim_set_quiet", "wrensim_set_result"));
+    const auto controls =
+        std::erase_if(symbols, [](const std::string& name) { return name.starts_with("wrensim_"); });
+    EXPECT_GT(controls, 0u);
+    EXPECT_THAT(symbols, ElementsAre("GetQuillApiFactory", "_ZN18IQuillApiCallbacksC2Ev",
+                                     "_ZN18IQuillApiCallbacksD0Ev", "_ZN18IQuillApiCallbacksD1Ev",
+                                     "_ZN18IQuillApiCallbacksD2Ev", "_ZTI18IQuillApiCallbacks",
+                                     "_ZTS18IQuillApiCallbacks", "_ZTV18IQuillApiCallbacks"));
 }
 
 TEST(ExportedSymbols, RefusesWhatCannotBeRead) {

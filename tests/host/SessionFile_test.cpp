@@ -146,7 +146,7 @@ TEST(SessionFile, BlankLinesCommentsAndOutputsAreSkipped) {
                                       "\n"
                                       "  \t\r\n"
                                       "{\"do\":\"session\",\"format\":1,\"time_zone\":\"UTC\"}\n"
-                                      "{\"n\":1,\"out\":\"log\",\"anything\":[{\"a\":1,\"b\":1}]}\n"
+                                      "{\"n\":1,\"out\":\"log\",\"message\":\"m\",\"line\":3}\n"
                                       "{\"out\":\"interfaces\",\"optional\":true}\n"
                                       "{\"out\":\"created\"}\n{\"out\":\"result\"}\n{\"out\":\"notice\"}\n"
                                       "{\"out\":\"stop_done\"}\n{\"out\":\"api\"}\n"
@@ -156,6 +156,33 @@ TEST(SessionFile, BlankLinesCommentsAndOutputsAreSkipped) {
     EXPECT_EQ(session.inputs[0].line(), 4u);
     EXPECT_EQ(session.inputs[1].line(), 12u);
     EXPECT_EQ(session.timeZone(), "UTC");
+}
+
+TEST(SessionFile, OutputsHoldKnownKeysOfTheRightKind) {
+    for (const std::string line :
+         {R"({"n":1,"out":"interfaces","entries":[{"name":"x","version":3}]})",
+          R"({"out":"created","object":true})",
+          R"({"out":"result","value":-10,"size":12,"text":null,"first_byte":0})",
+          R"({"out":"result","value":true})",
+          R"({"out":"notice","callbacks":"h","handle":7,"xml_base64":"AA=="})",
+          R"({"out":"stop_done","handle":7})",
+          R"({"out":"api","operation":"Stop","json":null,"optional":true})",
+          R"({"out":"log","severity":0,"function":"f","file":"f","line":1,"message_base64":"AA=="})"}) {
+        EXPECT_EQ(errorOf(line), "no error") << line;
+    }
+    EXPECT_EQ(errorOf(R"({"out":"result","valeu":0})"), "file:1: unknown key \"valeu\"");
+    EXPECT_EQ(errorOf(R"({"out":"result","value":"0"})"),
+              "file:1: key \"value\" is of the wrong kind: \"0\"");
+    EXPECT_EQ(errorOf(R"({"n":"1","out":"created"})"), "file:1: key \"n\" is of the wrong kind: \"1\"");
+    EXPECT_EQ(errorOf(R"({"out":"notice","xml_base64":"%"})"), "file:1: unknown key \"xml_base64\"");
+    EXPECT_EQ(errorOf(R"({"out":"log","line_base64":"AA=="})"), "file:1: unknown key \"line_base64\"");
+    EXPECT_EQ(errorOf(R"({"out":"interfaces","entries":[1]})"),
+              "file:1: key \"entries\" is of the wrong kind: [1]");
+}
+
+TEST(SessionFile, SessionComesBeforeOutputsToo) {
+    EXPECT_NE(errorOf("{\"out\":\"created\"}\n{\"do\":\"session\",\"format\":1}"), "no error");
+    EXPECT_EQ(errorOf("# comment\n\n{\"do\":\"session\",\"format\":1}"), "no error");
 }
 
 TEST(SessionFile, EmptyFileIsAnEmptySession) {

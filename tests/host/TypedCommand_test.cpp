@@ -75,6 +75,8 @@ TEST_F(TypedCommand, AnswersHelpAndWhatItDoesNotKnow) {
     EXPECT_EQ(type("fly\x1b[2J").answer, "Unknown command: fly [2J; help lists them.\n");
     EXPECT_EQ(type("   ").answer, "");
     EXPECT_EQ(type("").event, "");
+    EXPECT_TRUE(type(" quit \r").wantsToQuit);
+    EXPECT_FALSE(type("quite").wantsToQuit);
 }
 
 } // namespace

@@ -9,7 +9,9 @@
 #include <array>
 #include <atomic>
 #include <functional>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -25,11 +27,17 @@ public:
     std::atomic<unsigned> stops = 0;
     std::atomic<bool> isGone = false;
     std::atomic<unsigned> lateCalls = 0;
+    std::atomic<unsigned> errorPopups = 0;
+    std::atomic<unsigned> disposals = 0;
     std::function<void(const char* xml)> onNotice; ///< set before the plugin starts
 
     std::int32_t Notify(std::uintptr_t, const char* xml) override {
         ++notices;
         lateCalls += isGone ? 1 : 0;
+        const std::string_view text(xml);
+        const bool isOfErrorPopup = text.find(" id=\"wren_client_error_dialog\"") != std::string_view::npos;
+        errorPopups += isOfErrorPopup && text.find(" type=\"custom\"") != std::string_view::npos ? 1 : 0;
+        disposals += isOfErrorPopup && text.find(" dispose=\"true\"") != std::string_view::npos ? 1 : 0;
         if (onNotice) {
             onNotice(xml);
         }
@@ -138,6 +146,8 @@ TEST_F(Concurrency, EventsAndDocumentsFromEightThreadsWhileErrorPopupsComeAndGo)
     together(works);
     // Every document and every event has been told to the host.
     EXPECT_GE(counting.notices, 100'000u);
+    EXPECT_GT(counting.errorPopups, 10u);
+    EXPECT_GT(counting.disposals, 10u);
     EXPECT_EQ(plugin->Stop(0), 0);
     EXPECT_EQ(plugin->Unregister(), 0);
 }
@@ -238,6 +248,26 @@ TEST_F(Concurrency, TheHostMayCloseTheErrorPopupFromInsideItsOwnCallback) {
         callbacks.EnrollmentStatusNotification(textOf(test::enrollmentStatusDocument("error")).c_str());
     }
     EXPECT_EQ(seen, (std::vector<std::string>{"opened", "closed", "opened", "closed"}));
+}
+
+TEST_F(Concurrency, AHostThatThrowsWhileThePluginStartsLeavesNothingToCrashOn) {
+    CountingHost counting;
+    counting.onNotice = [](const char* xml) {
+        if (std::string_view(xml).find("type=\"setup\"") != std::string_view::npos) {
+            throw std::runtime_error("host");
+        }
+    };
+    const host::OwnedPlugin plugin = make(counting);
+    // The exception is dropped where it is none of the backend's, and the machine goes on without a
+    // connection.
+    EXPECT_EQ(plugin->Start(), -10);
+    counting.onNotice = nullptr;
+    IQuillApiCallbacks& callbacks = callbacksOf(*plugin);
+    callbacks.StatusNotification(textOf(test::notEnrolledStatusDocument()).c_str());
+    press(*plugin, "quill_toast_enroll_action_btn_OnPress");
+    EXPECT_EQ(plugin->Stop(0), 0);
+    EXPECT_EQ(plugin->Start(), 0);
+    EXPECT_EQ(plugin->Stop(0), 0);
 }
 
 TEST_F(Concurrency, ClosingAPopupThatIsAlreadyGoneSendsNothing) {

@@ -255,6 +255,19 @@ TEST_F(Progress, AnAbortClosesTheBrowserAndForgetsTheEnrollment) {
               "log 2 PresentationPluginImpl::EventNotification: No enrollment is currently in progress.");
 }
 
+TEST_F(Progress, AnEnrollmentThatEndsWithoutAnyStatusDrawsNothing) {
+    // The alert page may ask for a re-enrollment before the backend has told anything.
+    session.press("quill_tile_details_action_btn");
+    session.event("<vtguiEvent id=\"quill_alert_browser_web_control_OnBrowseEvent\"><webbrowser "
+                  "id=\"quill_alert_browser_web_control\" type=\"re-enroll\" value=\"x\"/></vtguiEvent>");
+    const Lines lines = enrollment("error");
+    EXPECT_EQ(withoutTrace(lines).back(),
+              "log 2 PresentationPluginImpl::actionOnlyUpdateUI: Can't update from empty "
+              "Dataplane Notification.");
+    EXPECT_EQ(screens(lines).back(),
+              "history Internal Error An internal error occurred. Contact your IT help desk.");
+}
+
 // Unenrollment.
 
 TEST_F(Progress, AGoodUnenrollmentFromTheFirstClickToItsEnd) {
@@ -374,8 +387,8 @@ TEST_F(ErrorPopup, TheSameErrorTwiceIsOnePopupAndALine) {
     const Lines again = fail("internal_error");
     EXPECT_EQ(popups(again), Lines{});
     EXPECT_EQ(
-        only("log 0 PresentationPluginImpl::showErrorPopup:", again),
-        Lines{"log 0 PresentationPluginImpl::showErrorPopup: Duplicated error popup activation detected. "
+        only("log 2 PresentationPluginImpl::showErrorPopup:", again),
+        Lines{"log 2 PresentationPluginImpl::showErrorPopup: Duplicated error popup activation detected. "
               "Bypassing the repetition of error dialog rendering."});
 }
 

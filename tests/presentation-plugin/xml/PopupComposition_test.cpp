@@ -1,4 +1,4 @@
-#include "presentation-plugin/PluginIdentity.h"
+#include "common/PluginIdentity.h"
 #include "presentation-plugin/xml/CEventStore.h"
 #include "presentation-plugin/xml/ErrorPopupComposition.h"
 #include "presentation-plugin/xml/ToastComposition.h"

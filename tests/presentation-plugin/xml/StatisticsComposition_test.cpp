@@ -1,7 +1,7 @@
 #include "presentation-plugin/xml/StatisticsComposition.h"
 
+#include "common/PluginIdentity.h"
 #include "common/api/StatusNotification.h"
-#include "presentation-plugin/PluginIdentity.h"
 #include "tests/support/Documents.h"
 #include "tests/support/XmlTree.h"
 
