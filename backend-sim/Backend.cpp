@@ -1,5 +1,6 @@
 #include "backend-sim/Backend.h"
 
+#include "backend-sim/ScenarioReader.h"
 #include "backend-sim/SimApi.h"
 
 #include <future>
@@ -32,7 +33,7 @@ Backend& Backend::instance() {
 
 Backend::Backend()
     : factory(makeFactory(*this))
-    , service(thread, told) {}
+    , service(thread, told, cookies) {}
 
 QuillApiResult Backend::getFactory(std::weak_ptr<IQuillApiFactory>& handedOut) {
     told.tellObserver(0, Operation::GetQuillApiFactory, nullptr);
@@ -127,6 +128,14 @@ void Backend::setFactoryExpired(bool expired) {
 
 void Backend::setPace(std::uint32_t percent) {
     thread.post([this, percent] { service.setPace(percent); });
+}
+
+void Backend::loadScenario(const char* json) {
+    thread.post([this, scenario = readScenario(json)] { service.load(scenario); });
+}
+
+void Backend::setKnobs(const char* json) {
+    thread.post([this, knobs = readKnobs(json)] { service.set(knobs); });
 }
 
 WrenSimDelivery Backend::deliver(std::uint64_t api, WrenSimDocument document, const char* json, bool wait) {

@@ -4,6 +4,7 @@
 #include "backend-sim/Connection.h"
 #include "backend-sim/Controls.h"
 #include "backend-sim/DeliveryThread.h"
+#include "backend-sim/LoginCookies.h"
 #include "backend-sim/RequestReader.h"
 #include "backend-sim/SimService.h"
 #include "wren/QuillApi.h"
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <string>
 
 namespace sim {
 
@@ -34,6 +36,13 @@ public:
 
     void setFactoryExpired(bool expired);
     void setPace(std::uint32_t percent);
+    /// @throws ScenarioError
+    void loadScenario(const char* json);
+    /// @throws ScenarioError
+    void setKnobs(const char* json);
+    std::string serviceState() const { return service.state(); }
+    const LoginCookies& logins() const noexcept { return cookies; }
+
     WrenSimDelivery deliver(std::uint64_t api, WrenSimDocument document, const char* json, bool wait);
     bool hasReceiver(std::uint64_t api) const;
     void forgetReceivers();
@@ -52,7 +61,8 @@ private:
     Connections connections;
     std::mutex factoryMutex;
     std::shared_ptr<IQuillApiFactory> factory;
-    SimService service;    ///< touched on the delivery thread alone
+    LoginCookies cookies;
+    SimService service;    ///< touched on the delivery thread alone, but for its `state`
     DeliveryThread thread; ///< last: it ends before anything that its tasks use
 };
 

@@ -1,79 +1,54 @@
 /// The service of one device: what the library does when nobody tells it what to do.
 #pragma once
 
-#include "backend-sim/Connection.h"
-#include "backend-sim/Controls.h"
-#include "backend-sim/DeliveryThread.h"
-#include "backend-sim/DeviceState.h"
+#include "backend-sim/DataplaneFlow.h"
+#include "backend-sim/EnrollmentFlow.h"
 #include "backend-sim/RequestReader.h"
+#include "backend-sim/ServiceCore.h"
+#include "backend-sim/UnenrollmentFlow.h"
+#include "backend-sim/Upkeep.h"
 
-#include <chrono>
+#include <boost/json/object.hpp>
+
 #include <cstdint>
-#include <functional>
-#include <memory>
-#include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace sim {
 
-/// Starts as a device that is not enrolled. An enrollment is started, asks for authentication, takes any
-/// cookie that is not empty, and completes; it can be cancelled in between. Lives on the delivery thread:
-/// everything but the constructor must be called there, and documents go out from there.
+/// Lives on the delivery thread: everything but the constructor and `state` must be called there. Starts with
+/// the usual scenario.
 class SimService {
 public:
-    /// @param thread where later steps wait for their time
-    /// @param controls while they say that the stand-in is quiet, nothing goes out
-    SimService(DeliveryThread& thread, const Controls& controls);
+    /// All must outlive the service. @param thread where later steps wait for their time
+    SimService(DeliveryThread& thread, const Controls& controls, LoginCookies& cookies);
+    SimService(const SimService&) = delete;
+    SimService& operator=(const SimService&) = delete;
 
-    /// All delays in percent of their usual length.
-    void setPace(std::uint32_t percent) noexcept { pace = percent; }
+    /// All delays in percent of their length.
+    void setPace(std::uint32_t percent);
 
     /// A connection has taken its receiver: it hears of "init" at once and of the real state soon after.
-    void onStart(const std::shared_ptr<Connection>& connection);
+    void onStart(const Target& connection);
 
     /// A valid request of a running connection.
-    void onRequest(const std::shared_ptr<Connection>& connection, Operation operation,
-                   const Request& request);
+    void onRequest(const Target& connection, Operation operation, const Request& request);
+
+    /// The service is started anew, in that state. What runs fails.
+    void load(Scenario scenario);
+    /// @param knobs valid
+    void set(const boost::json::object& knobs);
+
+    /// The present state as one JSON object. Any thread, but not from inside the service.
+    std::string state() const;
 
 private:
-    using Target = std::shared_ptr<Connection>;
-    using Step = std::function<void()>;
+    void act(const Target& connection, Operation operation, const Request& request);
 
-    struct RunningEnrollment {
-        EnrollmentProgress progress;
-        Target connection;
-        std::uint64_t number;
-    };
-
-    void enroll(const Target& connection, const Request& request);
-    void reEnroll(const Target& connection, const Request& request);
-    void beginEnrollment(const Target& connection, std::string id, std::string context);
-    void takeCookie(const Request& request);
-    void cancelEnrollment(const Request& request);
-    void becomeEnrolled();
-    void completeEnrollment(std::string_view substatus);
-    bool isRunningEnrollment(const Request& request) const;
-
-    void unenroll(const Target& connection, const Request& request);
-    void syncConfig(const Request& request);
-    bool isOwnEnrollment(const Request& request) const;
-
-    void later(std::chrono::milliseconds delay, Step step);
-    /// Drops the step if the enrollment that runs now has ended by then.
-    void laterInEnrollment(std::chrono::milliseconds delay, Step step);
-
-    void send(const Target& connection, WrenSimDocument document, const std::string& json) const;
-    void sendStatusToAll();
-
-    DeliveryThread& deliveryThread;
-    const Controls& told;
-    std::uint32_t pace = 100;
-    std::vector<Target> listeners;
-    DeviceState device;
-    std::optional<RunningEnrollment> enrollment;
-    std::uint64_t enrollmentsBegun = 0;
+    ServiceCore core;
+    EnrollmentFlow enrollment;
+    UnenrollmentFlow unenrollment;
+    DataplaneFlow dataplane;
+    Upkeep upkeep;
 };
 
 } // namespace sim

@@ -1,12 +1,82 @@
 #include "backend-sim/WrenSim.h"
 
 #include "backend-sim/Backend.h"
+#include "backend-sim/ScenarioError.h"
+
+#include <algorithm>
+#include <exception>
+#include <string>
+#include <string_view>
 
 using sim::Backend;
+
+namespace {
+
+/// Copies what fits, up to the last whole character, and ends it. @return the length of the text
+size_t copyOut(std::string_view text, char* buffer, size_t size) {
+    if (buffer != nullptr && size > 0) {
+        size_t length = std::min(text.size(), size - 1);
+        const auto isInsideCharacter = [&] {
+            return (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80;
+        };
+        while (length < text.size() && length > 0 && isInsideCharacter()) {
+            --length;
+        }
+        std::copy_n(text.begin(), length, buffer);
+        buffer[length] = '\0';
+    }
+    return text.size();
+}
+
+const char* required(const char* json) {
+    if (json == nullptr) {
+        throw sim::ScenarioError("no text was given");
+    }
+    return json;
+}
+
+/// Does what may fail. @return whether it did not
+template <class Work>
+bool attempt(char* error, size_t size, Work work) {
+    try {
+        work();
+        copyOut("", error, size);
+        return true;
+    } catch (const std::exception& failure) {
+        copyOut(failure.what(), error, size);
+        return false;
+    }
+}
+
+} // namespace
 
 void wrensim_set_quiet(bool quiet) { Backend::instance().controls().setQuiet(quiet); }
 
 void wrensim_set_pace(uint32_t percent) { Backend::instance().setPace(percent); }
+
+bool wrensim_load_scenario(const char* json, char* error, size_t error_size) {
+    return attempt(error, error_size, [&] { Backend::instance().loadScenario(required(json)); });
+}
+
+bool wrensim_set(const char* json, char* error, size_t error_size) {
+    return attempt(error, error_size, [&] { Backend::instance().setKnobs(required(json)); });
+}
+
+size_t wrensim_state(char* buffer, size_t size) {
+    size_t length = 0;
+    attempt(nullptr, 0, [&] { length = copyOut(Backend::instance().serviceState(), buffer, size); });
+    return length;
+}
+
+size_t wrensim_login_cookie(WrenSimLogin login, const char* id, char* buffer, size_t size) {
+    size_t length = 0;
+    attempt(nullptr, 0, [&] {
+        const sim::LoginCookies& logins = Backend::instance().logins();
+        const auto cookie = id != nullptr ? logins.cookieOf(login, id) : logins.latestCookie(login);
+        length = copyOut(cookie.value_or(""), buffer, size);
+    });
+    return length;
+}
 
 WrenSimDelivery wrensim_deliver(uint64_t api, WrenSimDocument document, const char* json) {
     return Backend::instance().deliver(api, document, json, false);

@@ -11,6 +11,7 @@
 #include "wren/Export.h"
 
 #include <stdbool.h>
+#include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -44,6 +45,53 @@ WREN_BACKEND_API void wrensim_set_quiet(bool quiet);
 
 /** The service's delays in percent: 100 to begin with, 0 lets every step follow the last one at once. */
 WREN_BACKEND_API void wrensim_set_pace(uint32_t percent);
+
+/** Starts the service anew in the state that a scenario describes, with its delays and its faults. It takes
+ * effect behind what already waits for the delivery thread. An enrollment or unenrollment that runs fails
+ * with "internal_error"; every running connection hears of "init" at once and of the new state soon after.
+ * Until a scenario is loaded, the service has the device of `{}`: healthy, and not enrolled.
+ * @param json one object as scenario.schema.json describes it
+ * @param error receives the first thing that is wrong, such as "/device/certificate: 'expird' is none of ok,
+ *     ...", cut to `error_size` bytes and ended by a NUL; an empty text if nothing is. May be null with size
+ * 0.
+ * @return whether the scenario was taken; if not, nothing has changed
+ */
+WREN_BACKEND_API bool wrensim_load_scenario(const char* json, char* error, size_t error_size);
+
+/** Changes the service while it runs, behind what already waits for the delivery thread. Who listens is told
+ * of what has changed by it. When the service goes down ("service_error"), whatever runs is over.
+ * @param json one object with any part of a scenario: what it names is set, a list as a whole, and the rest
+ *     stays. The keys of "device" may also stand at the top: {"certificate":"revoked"}.
+ * @param error as for a scenario
+ * @return whether it was taken; if not, nothing has changed
+ */
+WREN_BACKEND_API bool wrensim_set(const char* json, char* error, size_t error_size);
+
+/** The service's present state, as the step that ended last has left it; waits for no callback. One JSON
+ * object: "scenario" holds device, delays, logins and faults as they are now, and can be loaded again;
+ * "enrollment" and "unenrollment" what runs, or null: "enrollment_id" and "stage" (of an enrollment
+ * "requested", "started", "logging_in", "registering" or "cancelling", of an unenrollment "requested" or
+ * "started"), of an enrollment also "is_renewal"; "connections" how many listen; "pace"; "unix_time" the
+ * service's clock in seconds.
+ * @param buffer receives the text, cut to `size` bytes and ended by a NUL; may be null with size 0
+ * @return the length of the whole text without the NUL; 0 where memory runs out
+ */
+WREN_BACKEND_API size_t wrensim_state(char* buffer, size_t size);
+
+/** What a user logs in for. */
+typedef enum WrenSimLogin {
+    wrensim_enrollment_login = 0, /**< an enrollment or re-enrollment; its id is the enrollment's */
+    wrensim_dataplane_login = 1   /**< a dataplane authentication request; its id is the context id */
+} WrenSimLogin;
+
+/** The value of the cookie that the login page sets after a correct login. The name of the cookie stands in
+ * the request that asks for the login, and the login's id in its "start_url", as the parameter "login". A
+ * login is open from the sending of its request until the request is answered, gone or at its end.
+ * @param id the login's id, or null for the one of its kind that was opened last
+ * @param buffer receives the value, as `wrensim_state` receives its text
+ * @return the length of the whole value; 0 if no such login is open
+ */
+WREN_BACKEND_API size_t wrensim_login_cookie(WrenSimLogin login, const char* id, char* buffer, size_t size);
 
 /** Delivers `json`, whatever it holds, behind the documents that already wait, and returns at once.
  * @param api number of the connection, as the observer tells it, or `WRENSIM_LATEST_API`. A connection that
