@@ -39,6 +39,9 @@ BackendControls::BackendControls()
     , setFactoryExpired(required<decltype(setFactoryExpired)>(library, "wrensim_set_factory_expired"))
     , reset(required<decltype(reset)>(library, "wrensim_reset"))
     , observe(required<decltype(observe)>(library, "wrensim_observe"))
-    , forgetReceivers(required<decltype(forgetReceivers)>(library, "wrensim_forget_receivers")) {}
+    , forgetReceivers(required<decltype(forgetReceivers)>(library, "wrensim_forget_receivers"))
+    , loadScenario(required<decltype(loadScenario)>(library, "wrensim_load_scenario"))
+    , set(required<decltype(set)>(library, "wrensim_set"))
+    , loginCookie(required<decltype(loginCookie)>(library, "wrensim_login_cookie")) {}
 
 } // namespace host

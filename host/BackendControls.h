@@ -21,6 +21,9 @@ struct BackendControls {
     decltype(&wrensim_reset) reset;
     decltype(&wrensim_observe) observe;
     decltype(&wrensim_forget_receivers) forgetReceivers;
+    decltype(&wrensim_load_scenario) loadScenario;
+    decltype(&wrensim_set) set;
+    decltype(&wrensim_login_cookie) loginCookie;
 };
 
 } // namespace host

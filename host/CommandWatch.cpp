@@ -1,4 +1,6 @@
+#include "host/BackendControls.h"
 #include "host/Commands.h"
+#include "host/Files.h"
 #include "host/HostCallbacks.h"
 #include "host/HostError.h"
 #include "host/Interrupt.h"
@@ -33,6 +35,17 @@ public:
             follow(change);
         }
         printer.print(changes, screen);
+        for (const ScreenChange& change : changes) {
+            tellCookie(change);
+        }
+    }
+
+    /// A line of our own; none where there is nothing to say.
+    void say(const std::string& text) {
+        if (!text.empty()) {
+            const std::lock_guard lock(mutex);
+            std::cout << printable(text) << std::endl;
+        }
     }
 
     /// Answers a typed line as far as it can.
@@ -51,7 +64,32 @@ public:
                   << std::endl;
     }
 
+    /// From now on the watcher knows what the service's login pages would do. `controls` must outlive all
+    /// calls.
+    void learnLogins(const BackendControls& controls) {
+        const std::lock_guard lock(mutex);
+        backend = &controls;
+    }
+
 private:
+    /// There is no login page in a terminal: says which cookie a correct login would set.
+    void tellCookie(const ScreenChange& change) {
+        const bool isLogin = change.kind == ScreenChange::Kind::PopupOpened &&
+                             std::any_of(change.popup.controls.begin(), change.popup.controls.end(),
+                                         [](const ScreenControl& control) {
+                                             return control.attribute("operation") == "browse_for_cookie";
+                                         });
+        if (!isLogin || backend == nullptr) {
+            return;
+        }
+        const bool isEnrollment = change.popup.id == "quill_enrollment_browser_dialog";
+        char cookie[256] = "";
+        if (backend->loginCookie(isEnrollment ? wrensim_enrollment_login : wrensim_dataplane_login, nullptr,
+                                 cookie, sizeof cookie) > 0) {
+            std::cout << "  a correct login ends with: cookie " << printable(cookie) << std::endl;
+        }
+    }
+
     /// Keeps the order in which popups came to the front.
     void follow(const ScreenChange& change) {
         using Kind = ScreenChange::Kind;
@@ -67,6 +105,7 @@ private:
     std::mutex mutex;
     ScreenModel screen;
     std::vector<std::string> openPopups; ///< the one in front last
+    const BackendControls* backend = nullptr;
     ScreenPrinter printer{std::cout};
 };
 
@@ -106,8 +145,17 @@ private:
     std::string pending;
 };
 
+/// Hands JSON to one of the service's functions.
+/// @return what is wrong with it; empty if nothing is
+template <class Function>
+std::string tellService(Function function, const std::string& json) {
+    char error[512] = "";
+    return function(json.c_str(), error, sizeof error) ? std::string() : std::string(error);
+}
+
 /// Takes typed commands until the user leaves or interrupts; after the input's end, until the latter.
-void serveTyped(Interrupt& interrupt, Watcher& watcher, IPresentationPluginV3& plugin) {
+void serveTyped(Interrupt& interrupt, Watcher& watcher, const BackendControls& backend,
+                IPresentationPluginV3& plugin) {
     TypedLines lines;
     while (interrupt.waitForInput()) {
         if (!lines.read()) {
@@ -121,6 +169,9 @@ void serveTyped(Interrupt& interrupt, Watcher& watcher, IPresentationPluginV3& p
             }
             if (!reply.event.empty()) {
                 plugin.EventNotification(reply.event.c_str());
+            }
+            if (!reply.knobs.empty()) {
+                watcher.say(tellService(backend.set, reply.knobs));
             }
         }
     }
@@ -139,16 +190,26 @@ void watchScreen(const WatchOptions& options) {
     });
     const PluginModule module =
         showsLog ? loadModule(options.module, options.logLevel) : PluginModule(options.module);
+    const BackendControls backend;
+    if (!options.scenario.empty()) {
+        const std::string fault = tellService(backend.loadScenario, readFile(options.scenario));
+        if (!fault.empty()) {
+            throw HostError(options.scenario.string() + ": " + fault);
+        }
+    }
+    watcher.learnLogins(backend);
     HostTranslator translator;
     HostCallbacks callbacks([&](std::uintptr_t, const char* xml) { watcher.onNotice(xml); },
                             [](std::uintptr_t) {});
-    const OwnedPlugin plugin(module.create(presentationInterfaceName), PluginOwner(module));
+    OwnedPlugin plugin(module.create(presentationInterfaceName), PluginOwner(module));
     require(plugin != nullptr, "created");
     require(plugin->Register("", hostHandle, &callbacks, &translator) == presentationDone, "registered");
     require(plugin->Start() == presentationDone, "started");
-    serveTyped(interrupt, watcher, *plugin);
+    serveTyped(interrupt, watcher, backend, *plugin);
     require(plugin->Stop(0) == presentationDone, "stopped");
     require(plugin->Unregister() == presentationDone, "unregistered");
+    plugin.reset();
+    backend.forgetReceivers();
 }
 
 } // namespace host

@@ -24,7 +24,8 @@ void showInfo(const InfoOptions& options);
 
 struct WatchOptions {
     std::filesystem::path module;
-    std::string logLevel; ///< one of `logLevels`, or empty to leave the log out
+    std::string logLevel;           ///< one of `logLevels`, or empty to leave the log out
+    std::filesystem::path scenario; ///< of the stand-in service; empty for its usual one
 };
 /// Runs the module and prints what its user would see, until the program is interrupted.
 void watchScreen(const WatchOptions& options);

@@ -19,6 +19,7 @@ constexpr const char* help = "enroll            press Enroll on the tile\n"
                              "cookie VALUE      the open login ends with that cookie\n"
                              "alert TYPE VALUE  the open alert page sends that event\n"
                              "close             close the dialog or browser in front\n"
+                             "service JSON      change the service, as in {\"certificate\":\"revoked\"}\n"
                              "help              this list\n"
                              "quit              stop and leave\n";
 
@@ -36,11 +37,13 @@ constexpr std::array<ButtonCommand, 6> buttonCommands{{
     {"sync", "quill_config_sync_btn"},
 }};
 
-TypedReply answer(std::string text) { return {{}, std::move(text), false}; }
+TypedReply answer(std::string text) { return {{}, std::move(text), {}, false}; }
 
 TypedReply send(std::string_view eventId, std::string_view child = {}) {
-    return {
-        "<vtguiEvent id=\"" + xmlEscaped(eventId) + "\">" + std::string(child) + "</vtguiEvent>", {}, false};
+    return {"<vtguiEvent id=\"" + xmlEscaped(eventId) + "\">" + std::string(child) + "</vtguiEvent>",
+            {},
+            {},
+            false};
 }
 
 /// Takes the next word off the line.
@@ -149,8 +152,11 @@ TypedReply replyTo(std::string_view line, const ScreenModel& screen,
     if (word == "close") {
         return close(screen, openPopups);
     }
+    if (word == "service") {
+        return {{}, {}, std::string(restOf(line)), false};
+    }
     if (word == "quit") {
-        return {{}, {}, true};
+        return {{}, {}, {}, true};
     }
     if (word == "help") {
         return answer(help);

@@ -13,6 +13,7 @@ namespace host {
 struct TypedReply {
     std::string event;  ///< a "vtguiEvent" document; empty: nothing to send
     std::string answer; ///< lines to print; empty: nothing to say
+    std::string knobs;  ///< JSON for the stand-in service; empty: nothing to set
     bool wantsToQuit = false;
 };
 

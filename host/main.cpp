@@ -39,9 +39,13 @@ struct CommandLine {
         addModule(runsScript, "--module", script.module);
         runsScript.callback([this] { host::runScript(script); });
 
-        CLI::App& watches = *app.add_subcommand("watch", "Print what the plugin shows until interrupted");
+        CLI::App& watches = *app.add_subcommand(
+            "watch", "Print what the plugin shows, and take typed commands, until interrupted");
         addLogLevel(watches, watch.logLevel, "Print the log too, from this level on");
         addModule(watches, "--module", watch.module);
+        watches
+            .add_option("--scenario", watch.scenario, "State and faults of the stand-in service, a JSON file")
+            ->type_name("FILE");
         watches.callback([this] { host::watchScreen(watch); });
 
         CLI::App& informs = *app.add_subcommand("info", "Tell what a module is and offers");
@@ -52,7 +56,7 @@ struct CommandLine {
 
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
     host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE"};
-    host::WatchOptions watch{host::defaultModulePath(), {}};
+    host::WatchOptions watch{host::defaultModulePath(), {}, {}};
     host::InfoOptions info{host::defaultModulePath(), false};
 };
 

@@ -77,6 +77,7 @@ TEST_F(TypedCommand, AnswersHelpAndWhatItDoesNotKnow) {
     EXPECT_EQ(type("").event, "");
     EXPECT_TRUE(type(" quit \r").wantsToQuit);
     EXPECT_FALSE(type("quite").wantsToQuit);
+    EXPECT_EQ(type("service {\"certificate\": \"ok\"} ").knobs, "{\"certificate\": \"ok\"}");
 }
 
 } // namespace
