@@ -124,6 +124,7 @@ TEST_F(ServiceControl, StateWaitsForNoCallback) {
     EXPECT_THAT(text, ::testing::HasSubstr(R"("enrolled":true)"))
         << "the step has ended, its document is on its way";
     release.happen();
+    wrensim_wait_idle();
 }
 
 TEST_F(ServiceControl, KnobsTellWhatTheyChange) {
