@@ -6,6 +6,8 @@
 
 namespace sim {
 
+DeliveryThread::Owner DeliveryThread::newOwner() { return std::make_shared<const char>(); }
+
 DeliveryThread::~DeliveryThread() {
     {
         const std::lock_guard lock(mutex);
@@ -17,7 +19,19 @@ DeliveryThread::~DeliveryThread() {
     }
 }
 
-void DeliveryThread::add(Task task, Milliseconds delay, bool isAwaited) {
+void DeliveryThread::post(Task task, Milliseconds delay) {
+    add({.isAwaited = true, .owner = std::nullopt, .task = std::move(task)}, delay);
+}
+
+void DeliveryThread::postFor(const Owner& owner, Task task, Milliseconds delay) {
+    add({.isAwaited = true, .owner = owner, .task = std::move(task)}, delay);
+}
+
+void DeliveryThread::postTimer(const Owner& owner, Task task, Milliseconds delay) {
+    add({.isAwaited = false, .owner = owner, .task = std::move(task)}, delay);
+}
+
+void DeliveryThread::add(Entry entry, Milliseconds delay) {
     const std::lock_guard lock(mutex);
     if (ending) {
         return;
@@ -25,7 +39,12 @@ void DeliveryThread::add(Task task, Milliseconds delay, bool isAwaited) {
     if (!thread.joinable()) {
         thread = std::thread([this] { run(); });
     }
-    waiting.push_back({clock.now() + delay, ++posted, isAwaited, std::move(task)});
+    if (entry.owner) {
+        dropGone();
+    }
+    entry.due = clock.now() + delay;
+    entry.number = ++posted;
+    waiting.push_back(std::move(entry));
     std::push_heap(waiting.begin(), waiting.end(), isLater);
     changed.notify_one();
 }
@@ -90,21 +109,35 @@ void DeliveryThread::run() {
 DeliveryThread::Task DeliveryThread::takeNext() {
     std::unique_lock lock(mutex);
     while (!ending) {
-        if (isNextDue()) {
-            std::pop_heap(waiting.begin(), waiting.end(), isLater);
-            Entry next = std::move(waiting.back());
-            waiting.pop_back();
+        if (!isNextDue()) {
+            letTimeRest();
+            rested.notify_all();
+            waitForChange(lock);
+        } else if (Entry next = popNext(); !next.isGone()) {
             clock.reach(next.due);
             running = next.number;
             return std::move(next.task);
         }
-        waitForChange(lock);
     }
     return {};
 }
 
+DeliveryThread::Entry DeliveryThread::popNext() {
+    std::pop_heap(waiting.begin(), waiting.end(), isLater);
+    Entry next = std::move(waiting.back());
+    waiting.pop_back();
+    return next;
+}
+
+void DeliveryThread::dropGone() {
+    std::erase_if(waiting, [](const Entry& entry) { return entry.isGone(); });
+    std::make_heap(waiting.begin(), waiting.end(), isLater);
+}
+
 void DeliveryThread::letTimeRest() {
-    if (running == 0 && !isNextDue()) {
+    if (running == 0 && std::none_of(waiting.begin(), waiting.end(), [this](const Entry& entry) {
+            return !entry.isGone() && entry.due <= clock.horizon();
+        })) {
         clock.reach(clock.horizon());
     }
 }
@@ -124,7 +157,8 @@ void DeliveryThread::waitForChange(std::unique_lock<std::mutex>& lock) {
 bool DeliveryThread::isIdle() const {
     const bool onlyWhatIsDue = clock.isHeld();
     return running == 0 && std::none_of(waiting.begin(), waiting.end(), [&](const Entry& entry) {
-               return entry.due <= clock.horizon() || (entry.isAwaited && !onlyWhatIsDue);
+               return !entry.isGone() &&
+                      (entry.due <= clock.horizon() || (entry.isAwaited && !onlyWhatIsDue));
            });
 }
 

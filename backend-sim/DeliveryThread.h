@@ -7,9 +7,10 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
-#include <utility>
 #include <vector>
 
 namespace sim {
@@ -21,6 +22,9 @@ class DeliveryThread {
 public:
     using Task = std::function<void()>;
     using Milliseconds = SimClock::Milliseconds;
+    /// To whom a task belongs: one whose owner has gone is dropped, and nobody waits for it.
+    using Owner = std::shared_ptr<const void>;
+    static Owner newOwner();
 
     DeliveryThread() = default;
     DeliveryThread(const DeliveryThread&) = delete;
@@ -29,9 +33,11 @@ public:
     ~DeliveryThread();
 
     /// @throws std::system_error where no thread can be had
-    void post(Task task, Milliseconds delay = {}) { add(std::move(task), delay, true); }
+    void post(Task task, Milliseconds delay = {});
+    /// @param owner held weakly, and to be let go on this thread
+    void postFor(const Owner& owner, Task task, Milliseconds delay);
     /// Posts what nobody waits for: before its time it doesn't keep the thread from being idle.
-    void postTimer(Task task, Milliseconds delay) { add(std::move(task), delay, false); }
+    void postTimer(const Owner& owner, Task task, Milliseconds delay);
 
     /// Whether the caller runs on this thread.
     bool isCurrent() const;
@@ -55,15 +61,20 @@ private:
     using Instant = SimClock::Instant;
 
     struct Entry {
-        Instant due;
-        std::uint64_t number;
         bool isAwaited;
+        std::optional<std::weak_ptr<const void>> owner;
         Task task;
+        Instant due{};
+        std::uint64_t number = 0;
+
+        bool isGone() const { return owner && owner->expired(); }
     };
     static bool isLater(const Entry& left, const Entry& right);
-    void add(Task task, Milliseconds delay, bool isAwaited);
+    void add(Entry entry, Milliseconds delay);
     void run();
     Task takeNext();
+    Entry popNext();
+    void dropGone();
     /// Moves held time to its goal where nothing is left to do on the way.
     void letTimeRest();
     bool isNextDue() const;

@@ -165,15 +165,11 @@ bool EnrollmentFlow::passes(Word moment) {
 
 void EnrollmentFlow::enter(Stage stage) {
     run->stage = stage;
-    ++turn;
+    turn = DeliveryThread::newOwner();
 }
 
 void EnrollmentFlow::next(std::uint32_t delay, void (EnrollmentFlow::*step)()) {
-    core.later(delay, [this, own = turn, step] {
-        if (own == turn) {
-            (this->*step)();
-        }
-    });
+    core.later(delay, turn, [this, step] { (this->*step)(); });
 }
 
 void EnrollmentFlow::tell(std::string_view status, std::string_view substatus) {
@@ -195,7 +191,7 @@ void EnrollmentFlow::end() {
     if (run) {
         core.logins().close(wrensim_enrollment_login, run->subject.id);
         run.reset();
-        ++turn;
+        turn.reset();
     }
 }
 

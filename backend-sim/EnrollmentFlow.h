@@ -8,6 +8,7 @@
 #include <boost/json/value.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,7 +48,7 @@ private:
         EnrollmentSubject subject;
         std::optional<Choice> choice; ///< none for a re-enrollment
         Word flaw;                    ///< why it can't succeed, or empty
-        std::uint64_t life;
+        std::weak_ptr<const void> life;
         Stage stage = Stage::Requested;
     };
 
@@ -59,7 +60,7 @@ private:
     void registerDevice();
     void finishCancelling();
 
-    bool isRunning() const { return run && run->life == core.life(); }
+    bool isRunning() const { return run && !run->life.expired(); }
     bool isRunning(const Request& request) const;
     /// Whether the run is still there and not to fail now.
     bool passes(Word moment);
@@ -74,7 +75,7 @@ private:
     ServiceCore& core;
     std::optional<Run> run;
     std::uint64_t begun = 0;
-    std::uint64_t turn = 0; ///< counts stages and ends
+    DeliveryThread::Owner turn; ///< of the stage that runs
 };
 
 } // namespace sim

@@ -32,20 +32,15 @@ void ServiceCore::run(const Step& step) {
     deliver(letters);
 }
 
-void ServiceCore::later(std::uint32_t milliseconds, Step step) {
-    thread.post(
-        [this, life = lives, step = std::move(step)] {
-            run([&] {
-                if (life == lives) {
-                    step();
-                }
-            });
-        },
-        paced(milliseconds));
+void ServiceCore::later(std::uint32_t milliseconds, const DeliveryThread::Owner& owner, Step step) {
+    thread.postFor(
+        owner, [this, step = std::move(step)] { run(step); }, paced(milliseconds));
 }
 
-void ServiceCore::laterByItself(std::chrono::milliseconds delay, Step step) {
-    thread.postTimer([this, step = std::move(step)] { run(step); }, delay);
+void ServiceCore::laterByItself(std::chrono::milliseconds delay, const DeliveryThread::Owner& owner,
+                                Step step) {
+    thread.postTimer(
+        owner, [this, step = std::move(step)] { run(step); }, delay);
 }
 
 std::chrono::milliseconds ServiceCore::paced(std::uint32_t milliseconds) const {
@@ -71,7 +66,7 @@ void ServiceCore::change(const boost::json::object& knobs) {
     setKnobs(knobs, present);
     device().settle(now());
     if (device().isDown() && !wasDown) {
-        ++lives;
+        ownLife = DeliveryThread::newOwner();
     }
     if (statusDocument(device()) != before) {
         publishStatus();
@@ -85,7 +80,7 @@ void ServiceCore::change(const boost::json::object& knobs) {
 
 void ServiceCore::restart(Scenario scenario) {
     const bool hadDataplane = lastDataplane != emptyDataplane();
-    ++lives;
+    ownLife = DeliveryThread::newOwner();
     present = std::move(scenario);
     device().settle(now());
     cookies.closeAll();

@@ -15,6 +15,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sim {
@@ -38,9 +39,11 @@ public:
 
     /// A step at its time, `milliseconds` from now at the service's pace. It is dropped where the life ends
     /// before.
-    void later(std::uint32_t milliseconds, Step step);
-    /// A step that comes by itself: nobody waits for it, and it outlasts the life.
-    void laterByItself(std::chrono::milliseconds delay, Step step);
+    void later(std::uint32_t milliseconds, Step step) { later(milliseconds, ownLife, std::move(step)); }
+    /// The same for a step that is dropped where its owner goes before.
+    void later(std::uint32_t milliseconds, const DeliveryThread::Owner& owner, Step step);
+    /// A step that comes by itself: nobody waits for it.
+    void laterByItself(std::chrono::milliseconds delay, const DeliveryThread::Owner& owner, Step step);
     /// That many milliseconds at the service's pace.
     std::chrono::milliseconds paced(std::uint32_t milliseconds) const;
     void setPace(std::uint32_t percent) { pace = percent; }
@@ -56,8 +59,9 @@ public:
     /// Calls a reader with the state, between two steps. Any thread, not inside a step.
     void read(const std::function<void(const Scenario&)>& reader) const;
 
-    /// Changes with every restart and whenever the service goes down: whatever ran before is over.
-    std::uint64_t life() const { return lives; }
+    /// Whatever runs belongs to a life. A life ends with a restart and when the service goes down: it has
+    /// expired then.
+    std::weak_ptr<const void> life() const { return ownLife; }
 
     /// A moment has come: what the faults change is changed.
     /// @return how the operation is to fail, or an empty word; meaningless where the life has ended by it
@@ -99,7 +103,7 @@ private:
     mutable std::mutex mutex; ///< held during a step
     Scenario present;
     std::uint32_t pace = 100;
-    std::uint64_t lives = 1;
+    DeliveryThread::Owner ownLife = DeliveryThread::newOwner();
     std::vector<Target> listeners;
     std::string lastDataplane; ///< as it was sent last, or would have been
     std::vector<Letter> outbox;

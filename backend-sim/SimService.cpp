@@ -16,6 +16,7 @@ SimService::SimService(DeliveryThread& thread, const Controls& controls, LoginCo
     , upkeep(core) {
     core.setAfterStep([this] {
         enrollment.tidy();
+        unenrollment.tidy();
         upkeep.arrange();
     });
 }

@@ -21,7 +21,7 @@ void UnenrollmentFlow::unenroll(const Target& connection, const Request& request
         return;
     }
     run = std::move(asked);
-    ++turn;
+    turn = DeliveryThread::newOwner();
     next(core.scenario().delays.unenrollmentStarted, &UnenrollmentFlow::start);
 }
 
@@ -61,6 +61,12 @@ void UnenrollmentFlow::abort() {
     }
 }
 
+void UnenrollmentFlow::tidy() {
+    if (!isRunning()) {
+        end();
+    }
+}
+
 boost::json::value UnenrollmentFlow::describe() const {
     if (!isRunning()) {
         return nullptr;
@@ -72,11 +78,7 @@ boost::json::value UnenrollmentFlow::describe() const {
 }
 
 void UnenrollmentFlow::next(std::uint32_t delay, void (UnenrollmentFlow::*step)()) {
-    core.later(delay, [this, own = turn, step] {
-        if (own == turn) {
-            (this->*step)();
-        }
-    });
+    core.later(delay, turn, [this, step] { (this->*step)(); });
 }
 
 void UnenrollmentFlow::tell(const Run& told, std::string_view status, std::string_view substatus) {
@@ -86,8 +88,12 @@ void UnenrollmentFlow::tell(const Run& told, std::string_view status, std::strin
 
 void UnenrollmentFlow::complete(std::string_view substatus) {
     tell(*run, "complete", substatus);
+    end();
+}
+
+void UnenrollmentFlow::end() {
     run.reset();
-    ++turn;
+    turn.reset();
 }
 
 } // namespace sim

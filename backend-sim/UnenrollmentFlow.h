@@ -8,6 +8,7 @@
 #include <boost/json/value.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -26,6 +27,8 @@ public:
 
     /// Ends what runs, because the service is to be restarted.
     void abort();
+    /// Forgets what was over with the life in which it began.
+    void tidy();
 
     /// What runs: its id and its stage; null if nothing does.
     boost::json::value describe() const;
@@ -34,21 +37,22 @@ private:
     struct Run {
         Target connection;
         EnrollmentSubject subject;
-        std::uint64_t life;
+        std::weak_ptr<const void> life;
         bool isStarted = false;
     };
 
     void start();
     void finish();
 
-    bool isRunning() const { return run && run->life == core.life(); }
+    bool isRunning() const { return run && !run->life.expired(); }
     void next(std::uint32_t delay, void (UnenrollmentFlow::*step)());
     void tell(const Run& told, std::string_view status, std::string_view substatus);
     void complete(std::string_view substatus);
+    void end();
 
     ServiceCore& core;
     std::optional<Run> run;
-    std::uint64_t turn = 0; ///< counts beginnings and ends
+    DeliveryThread::Owner turn; ///< of what runs
 };
 
 } // namespace sim

@@ -36,16 +36,13 @@ void Upkeep::arrange() {
 
 void Upkeep::arrangeStatus() {
     const auto wanted = core.paced(core.scenario().delays.statusInterval);
-    if (wanted != interval) {
-        interval = wanted;
-        ++statusTimer;
-        if (interval.count() != 0) {
-            core.laterByItself(interval, [this, own = statusTimer] {
-                if (own == statusTimer) {
-                    sendStatus();
-                }
-            });
-        }
+    if (wanted == interval) {
+        return;
+    }
+    interval = wanted;
+    statusTimer = DeliveryThread::newOwner(); // the one before is dropped
+    if (interval.count() != 0) {
+        core.laterByItself(interval, statusTimer, [this] { sendStatus(); });
     }
 }
 
@@ -57,16 +54,22 @@ void Upkeep::sendStatus() {
 
 void Upkeep::arrangeExpiry() {
     const Device& device = core.device();
-    if (!device.isEnrolled || device.certificate.expires == expiry) {
+    const Time wanted = device.isEnrolled ? device.certificate.expires : Time();
+    if (wanted == expiry) {
         return;
     }
-    expiry = device.certificate.expires;
-    const std::chrono::seconds left(std::max<std::int64_t>(expiry.value_or(0) - core.now(), 0));
-    core.laterByItself(left, [this] {
-        if (core.device().expireCertificate(core.now())) {
-            core.publishStatus();
-        }
-    });
+    expiry = wanted;
+    expiryTimer = DeliveryThread::newOwner();
+    if (expiry) {
+        const std::chrono::seconds left(std::max<std::int64_t>(*expiry - core.now(), 0));
+        core.laterByItself(left, expiryTimer, [this] { expireCertificate(); });
+    }
+}
+
+void Upkeep::expireCertificate() {
+    if (core.device().expireCertificate(core.now())) {
+        core.publishStatus();
+    }
 }
 
 } // namespace sim

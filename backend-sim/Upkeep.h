@@ -27,11 +27,13 @@ private:
     void arrangeStatus();
     void arrangeExpiry();
     void sendStatus();
+    void expireCertificate();
 
     ServiceCore& core;
     std::chrono::milliseconds interval{0}; ///< between statuses, as it is arranged
-    std::uint64_t statusTimer = 0;         ///< the one that counts
-    Time expiry;                           ///< the latest that is arranged
+    DeliveryThread::Owner statusTimer;
+    Time expiry; ///< of the certificate, as it is arranged
+    DeliveryThread::Owner expiryTimer;
 };
 
 } // namespace sim

@@ -23,6 +23,7 @@ protected:
         return [this, name] { notes.push_back(name + " " + std::to_string(thread.unixSeconds() - noon)); };
     }
 
+    sim::DeliveryThread::Owner owner = std::make_shared<int>();
     std::vector<std::string> notes; ///< the thread's until it is idle
     sim::DeliveryThread thread;
 };
@@ -95,23 +96,43 @@ TEST_F(DeliveryThread, ReleasedTimeGoesOnFromWhereItStood) {
 }
 
 TEST_F(DeliveryThread, RealTimeCannotBeMoved) {
-    thread.postTimer(note("far"), 1h);
+    thread.postTimer(owner, note("far"), 1h);
     thread.advanceTime(2h);
     thread.waitUntilIdle();
     EXPECT_THAT(notes, ElementsAre());
 }
 
 TEST_F(DeliveryThread, TimersAreNotWaitedForBeforeTheirTime) {
-    thread.postTimer(note("far"), 1h);
+    thread.postTimer(owner, note("far"), 1h);
     thread.post(note("now"));
-    thread.postTimer(note("due"), 0ms);
+    thread.postTimer(owner, note("due"), 0ms);
     thread.waitUntilIdle();
     EXPECT_EQ(notes.size(), 2u);
 }
 
+TEST_F(DeliveryThread, DropsTheTasksOfAnOwnerWhoHasGone) {
+    thread.holdTime(noon);
+    thread.postFor(owner, note("kept"), 1s);
+    auto leaving = std::make_shared<int>();
+    thread.postFor(leaving, note("dropped"), 1s);
+    thread.postTimer(leaving, note("dropped too"), 2s);
+    leaving.reset();
+    thread.advanceTime(10s);
+    thread.waitUntilIdle();
+    EXPECT_THAT(notes, ElementsAre("kept 1"));
+    EXPECT_EQ(thread.unixSeconds(), noon + 10);
+}
+
+TEST_F(DeliveryThread, DoesNotWaitForTheTasksOfAnOwnerWhoHasGone) {
+    thread.postFor(owner, note("far"), 1h);
+    thread.post([this] { owner.reset(); });
+    thread.waitUntilIdle();
+    EXPECT_THAT(notes, ElementsAre());
+}
+
 TEST_F(DeliveryThread, TakesTheLongestDelay) {
     constexpr sim::DeliveryThread::Milliseconds longest{std::numeric_limits<std::int64_t>::max() / 100};
-    thread.postTimer(note("never"), longest);
+    thread.postTimer(owner, note("never"), longest);
     thread.post(note("now"));
     thread.waitUntilIdle();
     EXPECT_EQ(notes.size(), 1u);

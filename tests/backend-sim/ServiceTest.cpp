@@ -99,10 +99,10 @@ ServiceTest::ServiceTest() {
 ServiceTest::~ServiceTest() {
     api.reset();
     wrensim_set_quiet(true);
-    wrensim_forget_receivers();
-    wrensim_release_time();
     wrensim_load_scenario("{}", nullptr, 0);
     wrensim_wait_idle();
+    wrensim_release_time();
+    wrensim_forget_receivers();
 }
 
 void ServiceTest::load(const std::string& scenario) {
