@@ -9,6 +9,7 @@
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
+#include <cstring>
 #include <iostream>
 #include <string>
 #include <utility>
@@ -38,7 +39,8 @@ std::string textOf(IPresentationPluginV3& plugin, Getter getter) {
     if (size == 0 || (plugin.*getter)(text.data(), &size) != presentationDone) {
         throw HostError("the plugin object does not tell about itself");
     }
-    return text.c_str();
+    text.resize(std::strlen(text.c_str()));
+    return text;
 }
 
 ModuleInfo examine(const std::filesystem::path& file) {

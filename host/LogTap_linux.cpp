@@ -15,8 +15,10 @@ WREN_HOST_EXPORT void closelog();
 WREN_HOST_EXPORT void syslog(int priority, const char* format, ...) __attribute__((format(printf, 2, 3)));
 WREN_HOST_EXPORT void vsyslog(int priority, const char* format, std::va_list arguments)
     __attribute__((format(printf, 2, 0)));
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the names are the C library's
 WREN_HOST_EXPORT void __syslog_chk(int priority, int flag, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 WREN_HOST_EXPORT void __vsyslog_chk(int priority, int flag, const char* format, std::va_list arguments)
     __attribute__((format(printf, 3, 0)));
 

@@ -41,7 +41,7 @@ void logHandling(std::string_view what, const std::string& error, int line = __b
 
 std::int32_t PresentationPluginImpl::EventNotification(const char* xml) {
     const XmlUIEvent event(xml);
-    const std::string id = event.getId();
+    const std::string& id = event.getId();
     if (id.empty()) {
         COMMON2_LOG(DBG_ERROR, function)
             << "Could not validate an incoming event notification: " << (xml ? xml : "");

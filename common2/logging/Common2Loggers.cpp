@@ -25,7 +25,8 @@ SeverityLogger& severityLogger() {
     return logger;
 }
 
-static_assert(sizeof(logging::record) == sizeof(void*) && alignof(logging::record) == alignof(void*));
+static_assert(sizeof(logging::record) == sizeof(void*));
+static_assert(alignof(logging::record) == alignof(void*));
 
 logging::record& recordIn(std::byte* storage) {
     return *std::launder(reinterpret_cast<logging::record*>(storage));
