@@ -11,7 +11,7 @@ namespace {
 
 namespace json = boost::json;
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
+std::string quoted(std::string_view text) { return std::string(1, '\'').append(text).append(1, '\''); }
 
 std::string joined(Words words) {
     std::string list;
