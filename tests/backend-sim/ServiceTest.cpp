@@ -190,10 +190,22 @@ std::string ServiceTest::enrolled() {
     return id;
 }
 
+std::string ServiceTest::atLogin() {
+    enroll();
+    sent();
+    return runningId();
+}
+
 std::string ServiceTest::runningId() {
     const json::value all = state();
     const json::value& enrollment = all.at("enrollment");
     return enrollment.is_null() ? "" : enrollment.at("enrollment_id").as_string().c_str();
+}
+
+std::string ServiceTest::stage() { return state().at("enrollment").at("stage").as_string().c_str(); }
+
+void ServiceTest::setFault(const std::string& when, const std::string& fail) {
+    set(R"({"faults":[{"when":")" + when + R"(","fail":")" + fail + "\"}]}");
 }
 
 std::string ServiceTest::cookie(WrenSimLogin login, const char* id) {

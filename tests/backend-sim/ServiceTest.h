@@ -58,8 +58,14 @@ protected:
 
     /// Goes through an enrollment. @return its id
     std::string enrolled();
+    /// Begins an enrollment and leaves it at its login, with nothing sent to be asked for. @return its id
+    std::string atLogin();
     /// The id of the enrollment that runs; empty if none does.
     static std::string runningId();
+    /// The stage of the enrollment that runs.
+    static std::string stage();
+    /// The next operation that comes to that moment fails.
+    void setFault(const std::string& when, const std::string& fail);
     /// The cookie of a login; empty if it is not open.
     static std::string cookie(WrenSimLogin login, const char* id);
     static std::string enrollmentCookie(const std::string& id) {
