@@ -153,4 +153,13 @@ TEST_F(DataplaneFlow, RestartWithoutRequestsTakesThemAway) {
     EXPECT_THAT(sent(), ElementsAre("status init", "status active", "dataplane 0 alerts, 0 requests"));
 }
 
+TEST_F(DataplaneFlow, RestartOpensEveryLoginAnew) {
+    load(twoRequests);
+    const std::string before = dataplaneCookie("c2");
+    load(twoRequests);
+    EXPECT_NE(dataplaneCookie("c2"), before);
+    replyDataplane("c2", before);
+    EXPECT_THAT(sent(), ElementsAre("dataplane 0 alerts, 2 requests"));
+}
+
 } // namespace

@@ -3,10 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdint>
 #include <limits>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -150,12 +152,26 @@ TEST_F(DeliveryThread, WaitingForTheRunningTaskDoesNotWaitForTheNext) {
     EXPECT_THAT(notes, ElementsAre());
 }
 
+/// Takes its time to go.
+struct Slow {
+    explicit Slow(std::atomic<bool>& flag)
+        : isGone(flag) {}
+    Slow(const Slow&) = delete;
+    Slow& operator=(const Slow&) = delete;
+    ~Slow() {
+        for (int i = 0; i < 1000; ++i) {
+            std::this_thread::yield();
+        }
+        isGone = true;
+    }
+    std::atomic<bool>& isGone;
+};
+
 TEST_F(DeliveryThread, WhatATaskHoldsIsGoneWhenTheThreadIsIdle) {
-    auto held = std::make_shared<int>();
-    const std::weak_ptr<int> watched = held;
-    thread.post([kept = std::move(held)] {});
+    std::atomic<bool> isGone = false;
+    thread.post([held = std::make_shared<Slow>(isGone)] {});
     thread.waitUntilIdle();
-    EXPECT_TRUE(watched.expired());
+    EXPECT_TRUE(isGone);
 }
 
 } // namespace

@@ -114,12 +114,15 @@ TEST_F(Upkeep, FaultComesWithAPostureReport) {
 }
 
 TEST_F(Upkeep, ServiceThatIsDownSaysSo) {
-    set(R"({"service_error":"no_service"})");
+    set(R"({"service_error":"no_service","dataplane_alerts":[{"category":"posture_error"}]})");
     sent();
+    pass(5000);
     syncConfig("enrollment-1");
     reportPosture();
     EXPECT_THAT(sent(), ElementsAre("status error no_service", "status error no_service"));
     set(R"({"service_error":"none"})");
+    EXPECT_THAT(sent(), ElementsAre(enrolledStatus, "dataplane 1 alerts, 0 requests"))
+        << "the alert has stayed";
     EXPECT_EQ(syncStatus("last_config_sync_success"), startOfTime);
 }
 
