@@ -74,7 +74,7 @@ std::shared_ptr<Connection> Connections::make() {
     std::erase_if(byNumber, [](const auto& entry) {
         return entry.second.use_count() == 1 && !entry.second->hasReceiver();
     });
-    const auto made = std::make_shared<Connection>(++latest);
+    auto made = std::make_shared<Connection>(++latest);
     byNumber.emplace(latest, made);
     return made;
 }
