@@ -5,7 +5,9 @@
 
 #include <syslog.h>
 
+#include <atomic>
 #include <cstring>
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -42,6 +44,8 @@ public:
             Stop(0);
         }
         logLine('T', "EchoPlugin::~EchoPlugin", "gone");
+        self.reset();
+        released->get_future().wait(); // for callbacks that are still inside
     }
 
     bool SupportsInterface(const char* name, int version) override {
@@ -73,7 +77,7 @@ public:
         api->Stop();
         api.reset();
         logLine('T', "EchoPlugin::Stop", std::to_string(reason));
-        callbacks->StopDone(hostHandle);
+        callbacks.load()->StopDone(hostHandle);
         return presentationDone;
     }
     std::int32_t Unregister() override {
@@ -106,11 +110,11 @@ public:
         if (command.starts_with("log ")) {
             logLine('W', "EchoPlugin::operator ()", text);
         } else if (command.starts_with("notice ")) {
-            callbacks->Notify(hostHandle, text.c_str());
+            callbacks.load()->Notify(hostHandle, text.c_str());
         } else if (command.starts_with("request ")) {
             return static_cast<std::int32_t>(api->TriggerPostureReports(text.c_str()));
         } else if (command.starts_with("thread ")) {
-            std::thread([&] { callbacks->Notify(hostHandle, text.c_str()); }).join();
+            std::thread([&] { callbacks.load()->Notify(hostHandle, text.c_str()); }).join();
         } else {
             return presentationFailed;
         }
@@ -131,16 +135,18 @@ public:
 private:
     void echo(const char* what, const char* json) {
         logLine('E', "EchoPlugin::echo", what);
-        if (callbacks != nullptr) {
-            callbacks->Notify(hostHandle, (what + std::string(json)).c_str());
+        if (IPresentationCB* const host = callbacks) {
+            host->Notify(hostHandle, (what + std::string(json)).c_str());
         }
     }
 
-    IPresentationCB* callbacks = nullptr;
-    std::uintptr_t hostHandle = 0;
+    std::atomic<IPresentationCB*> callbacks = nullptr;
+    std::atomic<std::uintptr_t> hostHandle = 0;
     std::weak_ptr<IQuillApiFactory> factory;
     std::shared_ptr<IQuillApi> api;
-    std::shared_ptr<IQuillApiCallbacks> self{static_cast<IQuillApiCallbacks*>(this), [](auto*) {}};
+    std::shared_ptr<std::promise<void>> released = std::make_shared<std::promise<void>>();
+    std::shared_ptr<IQuillApiCallbacks> self{static_cast<IQuillApiCallbacks*>(this),
+                                             [kept = released](auto*) { kept->set_value(); }};
 };
 
 } // namespace
