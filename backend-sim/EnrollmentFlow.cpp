@@ -144,6 +144,7 @@ boost::json::value EnrollmentFlow::describe() const {
     if (!isRunning()) {
         return nullptr;
     }
+    static_assert(stageNames.size() == static_cast<std::size_t>(Stage::Cancelling) + 1);
     return {
         {"enrollment_id", run->subject.id},
         {"is_renewal", !run->choice.has_value()},
