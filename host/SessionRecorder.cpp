@@ -7,6 +7,9 @@
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
+#include <algorithm>
+#include <array>
+
 namespace host {
 namespace {
 
@@ -29,6 +32,15 @@ void addText(json::object& line, std::string_view key, const std::string& text) 
     } else {
         line.emplace(std::string(key) + "_base64", encodeBase64(text));
     }
+}
+
+/// The classes that find out what the client is, and on which machine it runs.
+constexpr std::array<std::string_view, 4> identityClasses{
+    "VantorDeviceID::", "CHash::", "TesselSandpiperId::", "TesselClientRetriever::"};
+
+bool tellsOfTheMachine(const LogRecord& record) {
+    return std::ranges::any_of(identityClasses,
+                               [&](std::string_view name) { return record.function.starts_with(name); });
 }
 
 } // namespace
@@ -123,6 +135,9 @@ void SessionRecorder::apiCall(const char* operation, const char* json) {
 }
 
 void SessionRecorder::log(const LogRecord& record) {
+    if (tellsOfTheMachine(record)) {
+        return;
+    }
     output("log", [&](json::object& line) {
         line.emplace("severity", record.severity);
         addText(line, "function", record.function);
