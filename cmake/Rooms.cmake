@@ -27,3 +27,20 @@ function(wren_room name)
     target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${room_DEPENDS} PRIVATE wren_flags)
 endfunction()
+
+# wren_module_exports(NAME MAP): the shared library exports what its version script names and nothing else, and needs
+# nothing that is not linked. On Windows the export attributes in the sources alone decide, the library's name bears
+# no prefix, and the compiler's own libraries are a part of it.
+function(wren_module_exports name map)
+    if(WIN32)
+        set_target_properties(${name} PROPERTIES PREFIX "")
+        target_link_options(${name} PRIVATE -static)
+        return()
+    endif()
+    set(script ${CMAKE_CURRENT_SOURCE_DIR}/${map})
+    target_link_options(${name} PRIVATE LINKER:--version-script=${script} LINKER:--as-needed)
+    if(NOT WREN_SANITIZE) # a sanitizer's runtime is found in the program
+        target_link_options(${name} PRIVATE LINKER:--no-undefined)
+    endif()
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS ${script})
+endfunction()

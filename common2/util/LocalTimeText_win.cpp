@@ -1,0 +1,24 @@
+#include "common2/util/LocalTimeText.h"
+
+#include "common2/util/WideText.h"
+
+#include <cwchar>
+
+namespace common2 {
+namespace {
+
+constexpr std::size_t longestText = 64; ///< in wide characters, with the NUL
+
+} // namespace
+
+std::string localTimeText(std::time_t time, const wchar_t* format) {
+    std::tm local{};
+    if (::localtime_s(&local, &time) != 0) {
+        return {};
+    }
+    wchar_t text[longestText];
+    const std::size_t length = std::wcsftime(text, longestText, format, &local);
+    return toUtf8({text, length});
+}
+
+} // namespace common2
