@@ -184,6 +184,11 @@ TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
         {"info", test::backendLibrary},
         {"info", session("")},
         {"info", "--yaml"},
+        {"info", "--interface", "d"},
+        {"info", test::echoModule, "--interface", "c"},
+        {"watch", "--module", test::echoModule, "--interface", "c"},
+        {"watch", "--interface"},
+        {"script", session("{\"do\":\"interfaces\"}"), "--interface", "C"},
     };
     for (const auto& commandLine : commandLines) {
         const Outcome outcome = run(commandLine);
@@ -193,6 +198,37 @@ TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
             << ::testing::PrintToString(commandLine);
     }
     EXPECT_FALSE(leftTemporaryFiles());
+}
+
+TEST_F(ProgramTest, ScriptMakesAllObjectsThroughTheInterfaceThatIsAskedFor) {
+    for (const std::string kind : {"", R"(,"kind":"cpp")"}) {
+        const std::string file =
+            session("{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"" + kind + "}");
+        const Outcome record = run({"script", file, "--interface", "c"});
+        EXPECT_EQ(record.exitCode, 0);
+        EXPECT_THAT(record.out, HasSubstr("\"function\":\"CreateCbasedPlugin\""));
+        EXPECT_THAT(record.out, HasSubstr("\"out\":\"created\",\"object\":true"));
+        const Outcome object = run({"script", file, "--interface", "cpp"});
+        EXPECT_THAT(object.out, testing::Not(HasSubstr("CreateCbasedPlugin")));
+        EXPECT_THAT(object.out, HasSubstr("\"out\":\"created\",\"object\":true"));
+    }
+}
+
+TEST_F(ProgramTest, InfoIsTheSameThroughTheRecord) {
+    const Outcome record = run({"info", "--interface", "c"});
+    EXPECT_EQ(record.exitCode, 0);
+    EXPECT_THAT(record.out, HasSubstr("label            Wren Gate\n"));
+    EXPECT_EQ(record.out, run({"info"}).out);
+}
+
+TEST_F(ProgramTest, WatchShowsTheScreenThroughTheRecordToo) {
+    Program program({"watch", "--log", "DBG_INFO", "--interface", "c"});
+    program.waitForOutput("Wren Gate: Initializing. Please wait...\n");
+    program.signal(SIGINT);
+    const Outcome outcome = program.finish();
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("log I CreateCbasedPresentationPlugin: Created C Plugin interface"));
+    EXPECT_THAT(outcome.out, HasSubstr("log I DisposeCbasedPresentationPlugin: Disposed C Plugin"));
 }
 
 TEST_F(ProgramTest, HelpIsNoError) {
