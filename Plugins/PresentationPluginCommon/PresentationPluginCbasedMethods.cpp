@@ -88,7 +88,7 @@ PresentationPluginCbasedMethods* CreateCbasedPresentationPlugin() noexcept {
             PRESENTATION_PLUGIN_LOG(presentationPluginLogInformation, function,
                                     "Created C Plugin interface '%s'", cBasedPresentationInterfaceName);
             remember(*record);
-            shim.release(); // belongs to the record now
+            static_cast<void>(shim.release()); // belongs to the record now
             return record.release();
         }
     } catch (const std::exception& failure) {

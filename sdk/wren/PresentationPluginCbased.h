@@ -11,8 +11,7 @@
  * of the fields is fixed. Where a parameter is called a word, it has the size of a pointer, and the plugin
  *     does not look into it.
  *  2. Calls. All functions, on both sides, have the platform's C calling convention; on 32-bit Windows that
- *     is cdecl, the compilers' default. Whoever builds with another default (/Gz, /Gr) must say so at the
- *     functions that it supplies.
+ *     is cdecl, the compilers' default (/Gd), and this header must be compiled with that default.
  *  3. Handle. The first argument of every function of the plugin's record is its `handle`. A null handle is
  *     logged and refused: with `presentationFailed`, or with false where the function answers a bool.
  *  4. Ownership. The plugin's record belongs to the module and is only read by the host; it is valid from
