@@ -19,6 +19,11 @@ struct ScriptOptions {
 /// Runs a session file and prints it with its outputs.
 void runScript(const ScriptOptions& options);
 
+/// Runs a session file's inputs and compares what comes of them with the outputs in the file. Prints the
+/// first difference, or that there is none.
+/// @return whether all was as expected
+bool replaySession(const ScriptOptions& options);
+
 struct InfoOptions {
     std::filesystem::path module;
     bool asJson = false;

@@ -12,6 +12,7 @@
 
 namespace {
 
+constexpr int exitDifference = 1;
 constexpr int exitBadInput = 2;
 
 int fail(const std::string& what) {
@@ -58,6 +59,15 @@ struct CommandLine {
         addInterface(runsScript, script.onlyInterface, scriptInterfaceHelp);
         runsScript.callback([this] { host::runScript(script); });
 
+        CLI::App& replays = *app.add_subcommand(
+            "replay", "Run a session file and compare what comes of it with the outputs that it holds; exit "
+                      "code 1 tells of a difference");
+        replays.add_option("FILE", replay.file, "The session file")->required();
+        addLogLevel(replays, replay.logLevel, "Lowest level of the log lines, DBG_TRACE unless told");
+        addModule(replays, "--module", replay.module);
+        addInterface(replays, replay.onlyInterface, scriptInterfaceHelp);
+        replays.callback([this] { isAsExpected = host::replaySession(replay); });
+
         CLI::App& watches = *app.add_subcommand(
             "watch", "Print what the plugin shows, and take typed commands, until interrupted");
         addLogLevel(watches, watch.logLevel, "Print the log too, from this level on");
@@ -77,6 +87,8 @@ struct CommandLine {
 
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
     host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}};
+    host::ScriptOptions replay = script;
+    bool isAsExpected = true;
     host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp};
     host::InfoOptions info{host::defaultModulePath(), false, host::PluginInterface::Cpp};
 };
@@ -93,7 +105,7 @@ int main(int argc, char** argv) {
         } catch (const CLI::Error& fault) {
             return fail(fault.what());
         }
-        return 0;
+        return commandLine.isAsExpected ? 0 : exitDifference;
     } catch (const std::exception& fault) {
         return fail(fault.what());
     }

@@ -167,6 +167,37 @@ TEST_F(ProgramTest, ScriptEndsObjectsThatTheSessionLeavesBehind) {
     EXPECT_TRUE(outcome.out.ends_with("{\"n\":3,\"out\":\"result\",\"value\":0}\n")) << outcome.out;
 }
 
+TEST_F(ProgramTest, ReplayOfItsOwnRecordingIsAsExpected) {
+    const std::string inputs =
+        "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
+        "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
+        "{\"do\":\"start\"}\n{\"do\":\"stop\"}\n";
+    const std::string recording = runSession(inputs).out;
+    const Outcome outcome = run({"replay", session(recording), "--module", test::echoModule});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_THAT(outcome.out, MatchesRegex(".*a session.jsonl: [0-9]+ outputs as expected\n"));
+}
+
+TEST_F(ProgramTest, ReplayThatDiffersSaysWhereAndExitsWith1) {
+    const Outcome outcome = run(
+        {"replay",
+         session("{\"do\":\"create\",\"name\":\"other\"}\n{\"n\":1,\"out\":\"created\",\"object\":true}\n"),
+         "--log", "DBG_ERROR", "--module", test::echoModule});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_THAT(outcome.out, HasSubstr("a session.jsonl:2: not met\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("expected {\"n\":1,\"out\":\"created\""));
+    EXPECT_FALSE(leftTemporaryFiles());
+}
+
+TEST_F(ProgramTest, ReplayOfABrokenFileExitsWith2) {
+    const Outcome outcome = run({"replay", session("{\"do\":\"interfaces\"}\n{\"out\":\"thing\"}\n")});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.error, MatchesRegex("wren-host: .*a session.jsonl:2: unknown \"out\": \"thing\"\n"));
+}
+
 TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
     const std::vector<std::string> commandLines[] = {
         {},
