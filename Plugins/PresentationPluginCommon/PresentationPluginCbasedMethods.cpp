@@ -93,6 +93,8 @@ PresentationPluginCbasedMethods* CreateCbasedPresentationPlugin() noexcept {
         }
     } catch (const std::exception& failure) {
         PRESENTATION_PLUGIN_LOG(presentationPluginLogError, function, "%s", failure.what());
+    } catch (...) {
+        PRESENTATION_PLUGIN_LOG(presentationPluginLogError, function, "unknown exception");
     }
     PRESENTATION_PLUGIN_LOG(presentationPluginLogError, function, "Creation of Presentation C Plugin failed");
     return nullptr;

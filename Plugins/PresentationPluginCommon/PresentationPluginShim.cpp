@@ -22,8 +22,10 @@ Result withShim(void* handle, const char* function, Result refused, Operation op
         return operation(*static_cast<CPresentationPluginShim*>(handle));
     } catch (const std::exception& failure) {
         PRESENTATION_PLUGIN_LOG(presentationPluginLogError, function, "%s", failure.what());
-        return refused;
+    } catch (...) {
+        PRESENTATION_PLUGIN_LOG(presentationPluginLogError, function, "unknown exception");
     }
+    return refused;
 }
 
 /// A result as the record's functions return it.
