@@ -29,7 +29,8 @@ function(wren_room name)
 endfunction()
 
 # wren_module_exports(NAME MAP): the shared library exports what its version script names and nothing else, and needs
-# nothing that is not linked. On Windows the export attributes in the sources alone decide, the library's name bears
+# nothing that is not linked. What it exports it may also call itself, and then finds its own: a host may hold other
+# modules that export the same names. On Windows the export attributes in the sources alone decide, the library's name bears
 # no prefix, and the compiler's own libraries are a part of it.
 function(wren_module_exports name map)
     if(WIN32)
@@ -38,7 +39,8 @@ function(wren_module_exports name map)
         return()
     endif()
     set(script ${CMAKE_CURRENT_SOURCE_DIR}/${map})
-    target_link_options(${name} PRIVATE LINKER:--version-script=${script} LINKER:--as-needed)
+    target_link_options(${name} PRIVATE LINKER:--version-script=${script} LINKER:--as-needed
+        LINKER:-Bsymbolic-functions)
     if(NOT WREN_SANITIZE) # a sanitizer's runtime is found in the program
         target_link_options(${name} PRIVATE LINKER:--no-undefined)
     endif()
