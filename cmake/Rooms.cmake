@@ -30,12 +30,11 @@ endfunction()
 
 # wren_module_exports(NAME MAP): the shared library exports what its version script names and nothing else, and needs
 # nothing that is not linked. What it exports it may also call itself, and then finds its own: a host may hold other
-# modules that export the same names. On Windows the export attributes in the sources alone decide, the library's name bears
-# no prefix, and the compiler's own libraries are a part of it.
+# modules that export the same names. On Windows the export attributes in the sources alone decide, and the library's name
+# bears no prefix.
 function(wren_module_exports name map)
     if(WIN32)
         set_target_properties(${name} PROPERTIES PREFIX "")
-        target_link_options(${name} PRIVATE -static)
         return()
     endif()
     set(script ${CMAKE_CURRENT_SOURCE_DIR}/${map})
