@@ -1,18 +1,17 @@
 #include "host/BackendControls.h"
 
 #include "host/HostError.h"
+#include "host/LibraryNames.h"
 
 #include <string>
 
 namespace host {
 namespace {
 
-constexpr const char* libraryName = "libkes_wren_api.so";
-
 SharedLibrary loadedBackend() {
-    auto found = SharedLibrary::findLoaded(libraryName);
+    auto found = SharedLibrary::findLoaded(backendLibraryName);
     if (!found) {
-        throw HostError("the module has loaded no backend library " + std::string(libraryName));
+        throw HostError("the module has loaded no backend library " + std::string(backendLibraryName));
     }
     return std::move(*found);
 }

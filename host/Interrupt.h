@@ -1,12 +1,12 @@
 /// The user's wish that the program ends.
 #pragma once
 
-#include <csignal>
+#include <memory>
 
 namespace host {
 
-/// Waits for an interruption instead of being ended by it. Made before other threads are, which inherit the
-/// signals' mask.
+/// Waits for an interruption instead of being ended by it. Made before other threads are. One
+/// at a time.
 class Interrupt {
 public:
     Interrupt();
@@ -23,12 +23,8 @@ public:
     bool waitForInput();
 
 private:
-    void restore();
-
-    sigset_t awaited;
-    sigset_t before;
-    bool isBlocked = true;
-    int descriptor = -1; ///< becomes readable with an interruption
+    struct State;
+    std::unique_ptr<State> state;
 };
 
 } // namespace host

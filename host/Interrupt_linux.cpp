@@ -1,6 +1,7 @@
 #include "host/Interrupt.h"
 
 #include <cerrno>
+#include <csignal>
 #include <poll.h>
 #include <pthread.h>
 #include <sys/signalfd.h>
@@ -10,29 +11,44 @@
 
 namespace host {
 
-Interrupt::Interrupt() {
-    sigemptyset(&awaited);
-    sigaddset(&awaited, SIGINT);
-    sigaddset(&awaited, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, &awaited, &before);
-    descriptor = ::signalfd(-1, &awaited, SFD_CLOEXEC | SFD_NONBLOCK);
+/// The signals that end the program are blocked meanwhile, on this thread and on those that it starts.
+struct Interrupt::State {
+    sigset_t awaited{};
+    sigset_t before{};
+    bool isBlocked = true;
+    int descriptor = -1; ///< becomes readable with an interruption
+
+    void restore() {
+        if (std::exchange(isBlocked, false)) {
+            pthread_sigmask(SIG_SETMASK, &before, nullptr);
+        }
+    }
+};
+
+Interrupt::Interrupt()
+    : state(std::make_unique<State>()) {
+    sigemptyset(&state->awaited);
+    sigaddset(&state->awaited, SIGINT);
+    sigaddset(&state->awaited, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &state->awaited, &state->before);
+    state->descriptor = ::signalfd(-1, &state->awaited, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
 Interrupt::~Interrupt() {
-    restore();
-    if (descriptor >= 0) {
-        ::close(descriptor);
+    state->restore();
+    if (state->descriptor >= 0) {
+        ::close(state->descriptor);
     }
 }
 
 void Interrupt::wait() {
     int received = 0;
-    sigwait(&awaited, &received);
-    restore();
+    sigwait(&state->awaited, &received);
+    state->restore();
 }
 
 bool Interrupt::waitForInput() {
-    pollfd waited[] = {{descriptor, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
+    pollfd waited[] = {{state->descriptor, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
     while (::poll(waited, 2, -1) < 0 && errno == EINTR) {
     }
     if (waited[0].revents != 0) {
@@ -40,12 +56,6 @@ bool Interrupt::waitForInput() {
         return false;
     }
     return true;
-}
-
-void Interrupt::restore() {
-    if (std::exchange(isBlocked, false)) {
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    }
 }
 
 } // namespace host

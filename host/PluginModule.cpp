@@ -1,6 +1,7 @@
 #include "host/PluginModule.h"
 
 #include "host/HostError.h"
+#include "host/LibraryNames.h"
 #include "host/ProgramPath.h"
 
 namespace host {
@@ -61,8 +62,6 @@ bool PluginModule::disposeCbased(PresentationPluginCbasedMethods* record) const 
     return disposeRecord(record);
 }
 
-std::filesystem::path defaultModulePath() {
-    return programPath().parent_path().parent_path() / "lib" / "libkes_wren_presentation_plugin.so";
-}
+std::filesystem::path defaultModulePath() { return moduleBeside(programPath().parent_path()); }
 
 } // namespace host

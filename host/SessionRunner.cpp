@@ -243,7 +243,8 @@ bool SessionRunner::isInUse(const PresentationPluginCbasedMethods* record) const
 
 void SessionRunner::registerCallbacks(const SessionInput& input, PluginObject& plugin) {
     HostCallbacks* given = input.isNull("callbacks") ? nullptr : callbacksOf(input.text("callbacks"));
-    recorder.result(plugin.Register(input.pointer("arguments"), input.count("handle"), given,
+    const auto handle = static_cast<std::uintptr_t>(input.count("handle")); // no larger in a session
+    recorder.result(plugin.Register(input.pointer("arguments"), handle, given,
                                     input.flag("translator") ? &translator : nullptr));
 }
 
@@ -257,7 +258,7 @@ void SessionRunner::start(const SessionInput& input, PluginObject& plugin) {
 void SessionRunner::get(const SessionInput& input, PluginObject& plugin) {
     auto size = static_cast<std::uint32_t>(input.count("size"));
     const bool hasBuffer = input.flag("buffer");
-    std::string buffer(std::min<std::uint64_t>(size, greatestBuffer), '\0');
+    std::string buffer(std::min<std::size_t>(size, greatestBuffer), '\0');
     const std::int32_t result =
         (plugin.*getterOf(input.text("what")))(hasBuffer ? buffer.data() : nullptr, &size);
     const bool isCopied = hasBuffer && result == presentationDone;

@@ -2,6 +2,7 @@
 #include "host/HostError.h"
 #include "host/LogLevel.h"
 #include "host/PluginModule.h"
+#include "host/StandardStreams.h"
 
 #include <CLI/CLI.hpp>
 
@@ -51,6 +52,7 @@ constexpr const char* scriptInterfaceHelp =
 struct CommandLine {
     CommandLine() {
         app.require_subcommand(1);
+        app.allow_windows_style_options(false); // a path may begin with a slash on every system
 
         CLI::App& runsScript = *app.add_subcommand("script", "Run a session file and print what comes of it");
         runsScript.add_option("FILE", script.file, "The session file")->required();
@@ -96,6 +98,7 @@ struct CommandLine {
 } // namespace
 
 int main(int argc, char** argv) {
+    host::makeStandardStreamsBinary();
     try {
         CommandLine commandLine;
         try {

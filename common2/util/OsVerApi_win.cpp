@@ -15,8 +15,8 @@ USHORT nativeMachine() {
     using IsWow64Process2 = BOOL(WINAPI*)(HANDLE, USHORT*, USHORT*);
     const HMODULE kernel = ::GetModuleHandleW(L"kernel32.dll");
     // The way around a function pointer type is the compiler's, which knows nothing of late binding.
-    const auto function = kernel ? reinterpret_cast<IsWow64Process2>(reinterpret_cast<void*>(
-                                       ::GetProcAddress(kernel, "IsWow64Process2")))
+    const auto function = kernel ? reinterpret_cast<IsWow64Process2>(
+                                       reinterpret_cast<void*>(::GetProcAddress(kernel, "IsWow64Process2")))
                                  : nullptr;
     USHORT process = noMachine;
     USHORT native = noMachine;

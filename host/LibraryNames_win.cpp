@@ -1,0 +1,11 @@
+#include "host/LibraryNames.h"
+
+namespace host {
+
+const char* const backendLibraryName = "kes_wren_api.dll";
+
+std::filesystem::path moduleBeside(const std::filesystem::path& folder) {
+    return folder / "kes_wren_presentation_plugin.dll";
+}
+
+} // namespace host

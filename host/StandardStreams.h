@@ -1,0 +1,10 @@
+/// Standard input and output.
+#pragma once
+
+namespace host {
+
+/// Lets bytes pass as they are: by default, some systems write another end of line than the program does. To
+/// be called before anything is read or written.
+void makeStandardStreamsBinary();
+
+} // namespace host

@@ -1,0 +1,9 @@
+#include "host/StandardStreams.h"
+
+namespace host {
+
+void makeStandardStreamsBinary() {
+    // They are.
+}
+
+} // namespace host

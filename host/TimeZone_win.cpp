@@ -1,0 +1,13 @@
+#include "host/TimeZone.h"
+
+#include <cstdlib>
+#include <ctime>
+
+namespace host {
+
+void setTimeZone(const std::string& zone) {
+    ::_putenv_s("TZ", zone.c_str());
+    ::_tzset();
+}
+
+} // namespace host
