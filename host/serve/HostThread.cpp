@@ -1,6 +1,7 @@
 #include "host/serve/HostThread.h"
 
 #include <future>
+#include <memory>
 #include <utility>
 
 namespace host::serve {
@@ -26,9 +27,9 @@ void HostThread::post(Task task) {
 }
 
 void HostThread::run(const Task& task) {
-    std::packaged_task<void()> packaged(task);
-    std::future<void> end = packaged.get_future();
-    post([&packaged] { packaged(); });
+    const auto packaged = std::make_shared<std::packaged_task<void()>>(task);
+    std::future<void> end = packaged->get_future();
+    post([packaged] { (*packaged)(); });
     end.get();
 }
 
