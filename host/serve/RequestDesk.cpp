@@ -37,11 +37,7 @@ void RequestDesk::carryOut(const PageRequest& request, Done done) {
     case RequestKind::BrowseError:
     case RequestKind::Cookie:
     case RequestKind::PageEvent:
-        try {
-            return host.sendEvent(eventOf(request), std::move(done));
-        } catch (const RequestFault& fault) {
-            return done(fault.what());
-        }
+        return carryOutOnScreen(request, std::move(done));
     case RequestKind::ClearHistory:
         screen.clearHistory();
         return done({});
@@ -51,6 +47,16 @@ void RequestDesk::carryOut(const PageRequest& request, Done done) {
     default:
         return carryOutByHost(request, std::move(done));
     }
+}
+
+void RequestDesk::carryOutOnScreen(const PageRequest& request, Done done) {
+    std::string event;
+    try {
+        event = eventOf(request);
+    } catch (const RequestFault& fault) {
+        return done(fault.what());
+    }
+    host.sendEvent(std::move(event), std::move(done));
 }
 
 void RequestDesk::carryOutByHost(const PageRequest& request, Done done) {

@@ -35,6 +35,7 @@ private:
     std::string pressOf(const PageRequest& request) const;
     std::string closeOf(const PageRequest& request) const;
     const ScreenControl& browserOf(const PageRequest& request, std::string_view event) const;
+    void carryOutOnScreen(const PageRequest& request, Done done);
     void carryOutByHost(const PageRequest& request, Done done);
 
     LiveScreen& screen;
