@@ -36,7 +36,6 @@ constexpr std::string_view foot = "</main>\n</body>\n</html>\n";
 
 constexpr std::uint32_t ok = 200;
 constexpr std::uint32_t seeOther = 303;
-constexpr std::uint32_t unauthorized = 401;
 constexpr std::uint32_t methodNotAllowed = 405;
 constexpr std::uint32_t gone = 410;
 
@@ -135,10 +134,10 @@ LoginPage formPage(std::uint32_t status, const OpenLogin& login, std::string_vie
 LoginPage judge(const OpenLogin& login, std::string_view form) {
     const std::string user = fieldOf(form, "user");
     if (user.find_first_not_of(' ') == std::string::npos) {
-        return formPage(unauthorized, login, user, "Please enter your user name.");
+        return formPage(ok, login, user, "Please enter your user name.");
     }
     if (fieldOf(form, "password") != login.settings.password) {
-        return formPage(unauthorized, login, user, "That password is wrong. Please try again.");
+        return formPage(ok, login, user, "That password is wrong. Please try again.");
     }
     LoginPage page = pageOf(seeOther, "<h1>Logged in</h1>\n");
     page.location = login.settings.endUrl;
