@@ -21,6 +21,7 @@ namespace http = beast::http;
 constexpr std::uint32_t longestHeader = 8 * 1024;
 constexpr std::uint64_t longestBody = 16 * 1024;
 constexpr std::chrono::seconds requestTime{30};
+constexpr std::size_t mostViewers = 64;
 
 std::string_view view(beast::string_view text) { return {text.data(), text.size()}; }
 
@@ -41,13 +42,13 @@ AccessClaim claimOf(const http::request<http::string_body>& request) {
 
 } // namespace
 
-HttpConnection::HttpConnection(boost::asio::ip::tcp::socket socket, ConnectionContext& used)
+HttpConnection::HttpConnection(boost::asio::ip::tcp::socket socket, std::shared_ptr<ConnectionContext> used)
     : stream(std::move(socket))
-    , context(used) {
-    ++context.open;
+    , context(std::move(used)) {
+    ++context->open;
 }
 
-HttpConnection::~HttpConnection() { --context.open; }
+HttpConnection::~HttpConnection() { --context->open; }
 
 void HttpConnection::read() {
     parser.emplace();
@@ -75,12 +76,15 @@ void HttpConnection::onRead(const Error& error) {
 
 void HttpConnection::answer(const Request& request) {
     const AccessClaim claim = claimOf(request);
-    if (claim.wantsSocket && context.site.admitsSocket(claim)) {
+    if (claim.wantsSocket && context->site.admitsSocket(claim)) {
+        if (context->hub.size() >= mostViewers) {
+            return refuse(503, "There are too many viewers.");
+        }
         stream.expires_never();
-        return std::make_shared<ViewerSocket>(std::move(stream), context.view, context.hub)
+        return std::make_shared<ViewerSocket>(std::move(stream), context->view, context->hub)
             ->open(parser->release());
     }
-    write(context.site.answer({view(request.method_string()), claim, request.body()}), request.version(),
+    write(context->site.answer({view(request.method_string()), claim, request.body()}), request.version(),
           request.method() == http::verb::head, request.keep_alive());
 }
 

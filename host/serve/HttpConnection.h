@@ -17,7 +17,7 @@
 
 namespace host::serve {
 
-/// What connections work with.
+/// What connections work with. All that it refers to must outlive the thread of the server.
 struct ConnectionContext {
     const Site& site;
     LiveView& view;
@@ -29,8 +29,7 @@ struct ConnectionContext {
 /// socket. Lives as long as something is under way. On the server's thread.
 class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
 public:
-    /// @param used must outlive the connection
-    HttpConnection(boost::asio::ip::tcp::socket socket, ConnectionContext& used);
+    HttpConnection(boost::asio::ip::tcp::socket socket, std::shared_ptr<ConnectionContext> used);
     HttpConnection(const HttpConnection&) = delete;
     HttpConnection& operator=(const HttpConnection&) = delete;
     ~HttpConnection();
@@ -49,7 +48,7 @@ private:
     void end();
 
     boost::beast::tcp_stream stream;
-    ConnectionContext& context;
+    const std::shared_ptr<ConnectionContext> context; ///< a connection may be the last to go
     boost::beast::flat_buffer buffer;
     std::optional<Parser> parser;
 };

@@ -83,7 +83,7 @@ std::vector<JournalEntryPointer> Journal::takeNew() {
     return std::exchange(fresh, {});
 }
 
-JournalSlice Journal::after(std::uint64_t sequence, std::size_t most) const {
+JournalSlice Journal::after(std::uint64_t sequence, std::size_t most, std::size_t mostBytes) const {
     const std::lock_guard lock(mutex);
     JournalSlice slice;
     if (kept.empty() || sequence >= last) {
@@ -92,9 +92,15 @@ JournalSlice Journal::after(std::uint64_t sequence, std::size_t most) const {
     const std::uint64_t first = kept.front()->sequence;
     const std::uint64_t begin = std::max(sequence + 1, first);
     slice.missed = begin - (sequence + 1);
-    const auto from = kept.begin() + static_cast<std::ptrdiff_t>(begin - first);
-    const auto count = std::min<std::size_t>(most, static_cast<std::size_t>(kept.end() - from));
-    slice.entries.assign(from, from + static_cast<std::ptrdiff_t>(count));
+    std::size_t cost = 0;
+    for (auto entry = kept.begin() + static_cast<std::ptrdiff_t>(begin - first);
+         entry != kept.end() && slice.entries.size() < most; ++entry) {
+        cost += costOf(**entry);
+        if (cost > mostBytes && !slice.entries.empty()) {
+            break;
+        }
+        slice.entries.push_back(*entry);
+    }
     return slice;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <limits>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -61,8 +62,10 @@ public:
     /// called soon after each signal. For one caller.
     std::vector<JournalEntryPointer> takeNew();
 
-    /// At most `most` entries behind that sequence.
-    JournalSlice after(std::uint64_t sequence, std::size_t most) const;
+    /// At most `most` entries behind that sequence, and no more than make up `mostBytes`, roughly, save that
+    /// one is always among them if there is one.
+    JournalSlice after(std::uint64_t sequence, std::size_t most,
+                       std::size_t mostBytes = std::numeric_limits<std::size_t>::max()) const;
     /// Sequence of the latest entry; 0: there is none.
     std::uint64_t latest() const;
 

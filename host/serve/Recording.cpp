@@ -70,7 +70,7 @@ void blankOut(json::object& line, const std::set<std::string, std::less<>>& cook
 
 bool isSessionInput(const json::object& line) {
     try {
-        SessionInput(line, 0);
+        [[maybe_unused]] const SessionInput input(line, 0);
         return true;
     } catch (const HostError&) {
         return false;

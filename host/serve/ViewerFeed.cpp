@@ -7,6 +7,7 @@ namespace host::serve {
 namespace {
 
 constexpr std::size_t mostEntries = 250; ///< in one message
+constexpr std::size_t mostBytes = std::size_t{1} << 20;
 
 SharedText shared(std::string text) { return std::make_shared<const std::string>(std::move(text)); }
 
@@ -46,7 +47,7 @@ SharedText ViewerFeed::greet() {
 }
 
 SharedText ViewerFeed::nextEntries() {
-    const JournalSlice slice = view.events().after(position, mostEntries);
+    const JournalSlice slice = view.events().after(position, mostEntries, mostBytes);
     if (slice.entries.empty()) {
         return nullptr;
     }

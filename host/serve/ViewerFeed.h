@@ -48,7 +48,7 @@ private:
     LiveView& view;
     bool isGreeted = false;
     bool wereEntriesLast = false;
-    bool looks = true; ///< at the pictures
+    bool looks = true;          ///< at the pictures
     std::uint64_t position = 0; ///< sequence of the last entry that was sent
     std::deque<Reply> replies;
     Seen screen;

@@ -33,7 +33,7 @@ WebServer::WebServer(ServerLoop& usedLoop, LiveView& usedView, const Assets& ass
     , rule(randomToken(), acceptor.local_endpoint().port())
     , site(rule, assets, usedView, options.secrets)
     , hub(loop.context(), usedView)
-    , connections{site, usedView, hub}
+    , connections(std::make_shared<ConnectionContext>(ConnectionContext{site, usedView, hub}))
     , patience(loop.context()) {}
 
 std::string WebServer::address() const {
@@ -72,7 +72,7 @@ void WebServer::accept() {
         if (!acceptor.is_open()) {
             return;
         }
-        if (!error && connections.open < mostConnections) {
+        if (!error && connections->open < mostConnections) {
             std::make_shared<HttpConnection>(std::move(socket), connections)->read();
         }
         accept();

@@ -10,6 +10,7 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
 
+#include <memory>
 #include <string>
 
 namespace host::serve {
@@ -46,7 +47,7 @@ private:
     const AccessRule rule;
     const Site site;
     ViewerHub hub;
-    ConnectionContext connections;
+    const std::shared_ptr<ConnectionContext> connections;
     boost::asio::steady_timer patience;
 };
 

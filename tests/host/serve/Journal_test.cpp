@@ -82,6 +82,16 @@ TEST(Journal, LongTextsCount) {
     EXPECT_EQ(journal.after(0, 10).entries.size(), 1u);
 }
 
+TEST(Journal, SliceMayBeLimitedByItsBytes) {
+    Journal journal({});
+    for (int i = 0; i < 5; ++i) {
+        journal.output({{"out", std::string(10'000, 'x')}});
+    }
+    EXPECT_EQ(journal.after(0, 10, 25'000).entries.size(), 2u);
+    EXPECT_EQ(journal.after(0, 10, 1).entries.size(), 1u);
+    EXPECT_EQ(journal.after(0, 3, 1'000'000).entries.size(), 3u);
+}
+
 TEST(Journal, HandsEveryEntryOnceToWhoFollowsIt) {
     Journal journal({1, 1'000'000});
     int signals = 0;
