@@ -105,7 +105,8 @@ void LiveHost::loadScenario(const std::string& text) {
 }
 
 void LiveHost::begin() {
-    for (const LifecycleStep next : {LifecycleStep::Create, LifecycleStep::Register, LifecycleStep::Start}) {
+    thread.run([this] { makeStep(LifecycleStep::Create); });
+    for (const LifecycleStep next : {LifecycleStep::Register, LifecycleStep::Start}) {
         step(next, [](const std::string&) {});
     }
 }

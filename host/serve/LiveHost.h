@@ -57,7 +57,7 @@ public:
     /// Puts the stand-in into the state of a scenario and waits until it was taken.
     /// @throws HostError that tells what is wrong with it, or where there is no stand-in
     void loadScenario(const std::string& json);
-    /// Makes a plugin object, registers and starts it, as far as that goes.
+    /// Makes a plugin object and waits for it; registers and starts it then, as far as that goes.
     void begin();
     /// Ends what runs: stops, unregisters and disposes, as far as there is need, and lets go of the stand-in.
     /// What is asked for after this is refused.

@@ -34,7 +34,7 @@ WebServer::WebServer(ServerLoop& usedLoop, LiveView& usedView, const Assets& ass
     , site(rule, assets, usedView, options.secrets)
     , hub(loop.context(), usedView)
     , connections(std::make_shared<ConnectionContext>(ConnectionContext{site, usedView, hub}))
-    , patience(loop.context()) {}
+    , pause(loop.context()) {}
 
 std::string WebServer::address() const {
     return "http://127.0.0.1:" + std::to_string(acceptor.local_endpoint().port()) + rule.root();
@@ -50,7 +50,7 @@ void WebServer::stop(const std::string& reason) {
         boost::system::error_code ignored;
         acceptor.close(ignored);
         hub.close(reason);
-        patience.expires_after(farewellTime);
+        patienceEnd = std::chrono::steady_clock::now() + farewellTime;
         endSoon();
     });
     loop.join();
@@ -58,13 +58,12 @@ void WebServer::stop(const std::string& reason) {
 
 /// Ends when the last viewer has gone, or when patience does.
 void WebServer::endSoon() {
-    constexpr std::chrono::milliseconds pause{10};
-    const bool isEnd = hub.size() == 0 || patience.expiry() <= std::chrono::steady_clock::now();
-    if (isEnd) {
+    constexpr std::chrono::milliseconds length{10};
+    if (hub.size() == 0 || std::chrono::steady_clock::now() >= patienceEnd) {
         return loop.context().stop();
     }
-    const auto timer = std::make_shared<asio::steady_timer>(loop.context(), pause);
-    timer->async_wait([this, timer](const boost::system::error_code&) { endSoon(); });
+    pause.expires_after(length);
+    pause.async_wait([this](const boost::system::error_code&) { endSoon(); });
 }
 
 void WebServer::accept() {

@@ -10,6 +10,7 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -48,7 +49,8 @@ private:
     const Site site;
     ViewerHub hub;
     const std::shared_ptr<ConnectionContext> connections;
-    boost::asio::steady_timer patience;
+    boost::asio::steady_timer pause;                   ///< between two looks at who is still there
+    std::chrono::steady_clock::time_point patienceEnd; ///< when those who are still there are left alone
 };
 
 } // namespace host::serve
