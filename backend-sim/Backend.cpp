@@ -138,6 +138,10 @@ void Backend::setKnobs(const char* json) {
     thread.post([this, knobs = readKnobs(json)] { service.set(knobs); });
 }
 
+std::optional<LoginPage> Backend::loginPage(const LoginPageRequest& request) const {
+    return answerLogin(request, service.logins(), cookies);
+}
+
 WrenSimDelivery Backend::deliver(std::uint64_t api, WrenSimDocument document, const char* json, bool wait) {
     const bool isDocument =
         document >= wrensim_status_notification && document <= wrensim_dataplane_notification;
@@ -150,8 +154,8 @@ WrenSimDelivery Backend::deliver(std::uint64_t api, WrenSimDocument document, co
     }
     const auto wasDelivered = std::make_shared<std::promise<bool>>();
     std::future<bool> outcome = wasDelivered->get_future();
-    thread.post([connection, document, text = std::string(json), wasDelivered] {
-        wasDelivered->set_value(connection->deliver(document, text));
+    thread.post([this, connection, document, text = std::string(json), wasDelivered] {
+        wasDelivered->set_value(connection->deliver(document, text, told.documentWatch()));
     });
     return !wait || outcome.get() ? wrensim_delivered : wrensim_no_receiver;
 }

@@ -5,6 +5,7 @@
 #include "backend-sim/Controls.h"
 #include "backend-sim/DeliveryThread.h"
 #include "backend-sim/LoginCookies.h"
+#include "backend-sim/LoginPage.h"
 #include "backend-sim/RequestReader.h"
 #include "backend-sim/SimService.h"
 #include "wren/QuillApi.h"
@@ -12,6 +13,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace sim {
@@ -42,6 +44,7 @@ public:
     void setKnobs(const char* json);
     std::string serviceState() const { return service.state(); }
     const LoginCookies& logins() const noexcept { return cookies; }
+    std::optional<LoginPage> loginPage(const LoginPageRequest& request) const;
 
     WrenSimDelivery deliver(std::uint64_t api, WrenSimDocument document, const char* json, bool wait);
     bool hasReceiver(std::uint64_t api) const;

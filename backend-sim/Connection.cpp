@@ -49,12 +49,19 @@ bool Connection::hasReceiver() const {
     return !receiver.expired();
 }
 
-bool Connection::deliver(WrenSimDocument document, const std::string& json) const {
+bool Connection::deliver(WrenSimDocument document, const std::string& json,
+                         const DocumentWatch& watch) const {
     const std::shared_ptr<IQuillApiCallbacks> target = lockReceiver();
     if (!target) {
         return false;
     }
+    if (watch.before != nullptr && !watch.before(watch.context, ownNumber, document, json.c_str())) {
+        return false;
+    }
     ((*target).*callbacks[document])(json.c_str());
+    if (watch.after != nullptr) {
+        watch.after(watch.context, ownNumber, document);
+    }
     return true;
 }
 

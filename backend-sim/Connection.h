@@ -1,6 +1,7 @@
 /// What the library knows of one API object, kept for as long as a document may still be sent to it.
 #pragma once
 
+#include "backend-sim/DocumentWatch.h"
 #include "backend-sim/WrenSim.h"
 #include "wren/QuillApi.h"
 
@@ -33,9 +34,10 @@ public:
     /// Lets go of the receiver, whatever the phase. A call that is under way ends as it would have.
     void forgetReceiver();
 
-    /// Calls the receiver, holding it for the time of the call and no lock.
-    /// @return false if there is none
-    bool deliver(WrenSimDocument document, const std::string& json) const;
+    /// Calls the receiver, holding it for the time of the call and no lock. Who watches is told before and
+    /// after it.
+    /// @return false if there is none or the document is turned away
+    bool deliver(WrenSimDocument document, const std::string& json, const DocumentWatch& watch) const;
 
 private:
     enum class Phase { Made, Running, Stopped };

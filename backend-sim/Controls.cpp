@@ -38,4 +38,14 @@ void Controls::tellObserver(std::uint64_t api, Operation operation, const char* 
     }
 }
 
+void Controls::setDocumentWatch(const DocumentWatch& told) {
+    const std::lock_guard lock(mutex);
+    watch = told;
+}
+
+DocumentWatch Controls::documentWatch() const {
+    const std::lock_guard lock(mutex);
+    return watch;
+}
+
 } // namespace sim

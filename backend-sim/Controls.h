@@ -1,6 +1,7 @@
 /// What the stand-in was told to do, and who watches.
 #pragma once
 
+#include "backend-sim/DocumentWatch.h"
 #include "backend-sim/Operation.h"
 #include "backend-sim/WrenSim.h"
 #include "wren/QuillApi.h"
@@ -32,6 +33,9 @@ public:
     /// Tells the observer of a call, holding no lock.
     void tellObserver(std::uint64_t api, Operation operation, const char* json) const;
 
+    void setDocumentWatch(const DocumentWatch& watch);
+    DocumentWatch documentWatch() const;
+
 private:
     struct ToldResult {
         QuillApiResult result = QuillApiResult::Success;
@@ -47,6 +51,7 @@ private:
     mutable std::mutex mutex;
     std::array<ToldResult, operationCount> results;
     Observer observer;
+    DocumentWatch watch;
 };
 
 } // namespace sim

@@ -146,17 +146,11 @@ std::string percentEncoded(std::string_view text) {
     return encoded;
 }
 
-/// The page is told which login it is for.
-std::string startUrl(const Login& login, std::string_view id) {
-    const char* separator = login.startUrl.find('?') == std::string::npos ? "?" : "&";
-    return login.startUrl + separator + "login=" + percentEncoded(id);
-}
-
 json::object authRequestOf(const DataplaneAuthRequest& request, const Login& login) {
     return {
         {"timestamp", request.time.value_or(0)},
         {"context_id", request.contextId},
-        {"start_url", startUrl(login, request.contextId)},
+        {"start_url", loginUrl(login, request.contextId)},
         {"end_url", login.endUrl},
         {"cookie_name", login.cookieName},
         {"destination", destinationOf(request.destination, request.time)},
@@ -164,6 +158,11 @@ json::object authRequestOf(const DataplaneAuthRequest& request, const Login& log
 }
 
 } // namespace
+
+std::string loginUrl(const Login& login, std::string_view id) {
+    const char* separator = login.startUrl.find('?') == std::string::npos ? "?" : "&";
+    return login.startUrl + separator + "login=" + percentEncoded(id);
+}
 
 std::string initStatusDocument() {
     json::object status = statusHead("init", "", Device{});
@@ -198,7 +197,7 @@ std::string enrollmentAuthRequestDocument(const EnrollmentSubject& subject, cons
     return json::serialize(json::object{
         {"version", version},
         {"enrollment_id", subject.id},
-        {"start_url", startUrl(login, subject.id)},
+        {"start_url", loginUrl(login, subject.id)},
         {"end_url", login.endUrl},
         {"cookie_name", login.cookieName},
         {"enrollment_context", subject.context},

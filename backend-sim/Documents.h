@@ -20,6 +20,9 @@ std::string initStatusDocument();
 /// The real state: an error, the ways to enroll, or the enrollment.
 std::string statusDocument(const Device& device);
 
+/// The address of a login: its page is told which login it is for.
+std::string loginUrl(const Login& login, std::string_view id);
+
 /// Serves the status of an enrollment and that of an unenrollment: they have one shape.
 std::string progressDocument(const EnrollmentSubject& subject, std::string_view status,
                              std::string_view substatus);

@@ -72,6 +72,17 @@ std::optional<std::string> LoginCookies::latestCookie(WrenSimLogin kind) const {
     return std::max_element(logins->second.begin(), logins->second.end(), isEarlier)->second.cookie;
 }
 
+std::vector<std::string> LoginCookies::openIds(WrenSimLogin kind) const {
+    const std::lock_guard lock(mutex);
+    std::vector<std::string> ids;
+    if (const auto logins = byKind.find(kind); logins != byKind.end()) {
+        for (const auto& [id, login] : logins->second) {
+            ids.push_back(id);
+        }
+    }
+    return ids;
+}
+
 bool LoginCookies::accepts(WrenSimLogin kind, std::string_view id, std::string_view cookie) const {
     return !cookie.empty() && cookieOf(kind, id) == cookie;
 }

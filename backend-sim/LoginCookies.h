@@ -32,6 +32,9 @@ public:
     /// That of the login of its kind that was opened last.
     std::optional<std::string> latestCookie(WrenSimLogin kind) const;
 
+    /// The ids of the open logins of a kind.
+    std::vector<std::string> openIds(WrenSimLogin kind) const;
+
     /// Whether that is the cookie of an open login. An empty one is nobody's.
     bool accepts(WrenSimLogin kind, std::string_view id, std::string_view cookie) const;
 

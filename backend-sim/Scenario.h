@@ -31,7 +31,14 @@ struct Login {
     std::string startUrl;
     std::string endUrl;
     std::string cookieName;
-    std::string cookie; ///< the value that every login gets; empty: each gets one of its own
+    std::string cookie;            ///< the value that every login gets; empty: each gets one of its own
+    std::string password = "wren"; ///< that the login page takes, from any user
+};
+
+/// The same for both kinds of login.
+struct Logins {
+    Login enrollment;
+    Login dataplane;
 };
 
 struct Scenario {

@@ -150,6 +150,7 @@ void visitLogin(FieldVisitor& visitor, Login& login) {
     visitor.name("end_url", login.endUrl, Presence::Optional);
     visitor.name("cookie_name", login.cookieName, Presence::Optional);
     visitor.text("cookie", login.cookie);
+    visitor.name("password", login.password, Presence::Optional);
 }
 
 void visitLogins(FieldVisitor& visitor, Scenario& scenario) {

@@ -148,7 +148,7 @@ void ServiceCore::sendAll(WrenSimDocument document, const std::string& json) {
 void ServiceCore::deliver(const std::vector<Letter>& letters) const {
     for (const Letter& letter : letters) {
         if (letter.connection->isRunning() && !told.isQuiet()) {
-            letter.connection->deliver(letter.document, letter.json);
+            letter.connection->deliver(letter.document, letter.json, told.documentWatch());
         }
     }
 }

@@ -89,4 +89,12 @@ std::string SimService::state() const {
     return text;
 }
 
+Logins SimService::logins() const {
+    Logins present;
+    core.read([&](const Scenario& scenario) {
+        present = {scenario.enrollmentLogin, scenario.dataplaneLogin};
+    });
+    return present;
+}
+
 } // namespace sim

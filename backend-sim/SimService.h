@@ -40,6 +40,8 @@ public:
 
     /// The present state as one JSON object. Any thread, but not from inside the service.
     std::string state() const;
+    /// Where users log in at present. The same threads.
+    Logins logins() const;
 
 private:
     void act(const Target& connection, Operation operation, const Request& request);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -78,6 +79,22 @@ size_t wrensim_login_cookie(WrenSimLogin login, const char* id, char* buffer, si
     return length;
 }
 
+bool wrensim_login_page(const char* method, const char* url, const char* body, WrenSimPageReceiver receive,
+                        void* context) {
+    if (method == nullptr || url == nullptr || receive == nullptr) {
+        return false;
+    }
+    std::optional<sim::LoginPage> page;
+    attempt(nullptr, 0, [&] {
+        page = Backend::instance().loginPage({method, url, body != nullptr ? body : ""});
+    });
+    if (page) {
+        receive(context, page->status, page->location.empty() ? nullptr : page->location.c_str(),
+                page->setCookie.empty() ? nullptr : page->setCookie.c_str(), page->html.c_str());
+    }
+    return page.has_value();
+}
+
 WrenSimDelivery wrensim_deliver(uint64_t api, WrenSimDocument document, const char* json) {
     return Backend::instance().deliver(api, document, json, false);
 }
@@ -120,4 +137,8 @@ void wrensim_reset(void) {
 
 void wrensim_observe(WrenSimObserver observer, void* context) {
     Backend::instance().controls().setObserver(observer, context);
+}
+
+void wrensim_watch_documents(WrenSimBeforeDocument before, WrenSimAfterDocument after, void* context) {
+    Backend::instance().controls().setDocumentWatch({before, after, context});
 }

@@ -93,6 +93,26 @@ typedef enum WrenSimLogin {
  */
 WREN_BACKEND_API size_t wrensim_login_cookie(WrenSimLogin login, const char* id, char* buffer, size_t size);
 
+/** Receives a page: the number of its HTTP status, and texts that are valid during the call. Only a status
+ * from 300 to 399 has a `location` that is not null, and only where a cookie is to be set is `set_cookie`,
+ * the value of the header of that name, not null.
+ */
+typedef void (*WrenSimPageReceiver)(void* context, uint32_t status, const char* location,
+                                    const char* set_cookie, const char* html);
+
+/** The service's login pages, as a browser would get them, without a network. The start address of a login
+ * that is open shows a form with the fields "user" and "password"; when it is sent back with the login's
+ * password, the answer sets the login's cookie and leads to its end address. A login that is over says so.
+ * @param method of HTTP: "GET", "HEAD" or "POST"
+ * @param url the whole address
+ * @param body the form of a POST, URL-encoded; may be null
+ * @param receive is called once, before this returns, unless it returns false
+ * @return false for an address that is no login page of the service, for null texts, and where memory runs
+ *     out
+ */
+WREN_BACKEND_API bool wrensim_login_page(const char* method, const char* url, const char* body,
+                                         WrenSimPageReceiver receive, void* context);
+
 /** Delivers `json`, whatever it holds, behind the documents that already wait, and returns at once.
  * @param api number of the connection, as the observer tells it, or `WRENSIM_LATEST_API`. A connection that
  *     was stopped keeps its receiver: such a document is a late one.
@@ -174,6 +194,24 @@ typedef void (*WrenSimObserver)(void* context, uint64_t api, const char* operati
  * @param context passed to the observer, not owned
  */
 WREN_BACKEND_API void wrensim_observe(WrenSimObserver observer, void* context);
+
+/** Is told of each document right before its receiver is called, on the delivery thread, with no lock of the
+ * stand-in held. It may take its time: everything that the stand-in has still to do waits for it.
+ * @param json valid during the call
+ * @return whether the receiver is to be called. A document that is turned away counts as having found no
+ *     receiver.
+ */
+typedef bool (*WrenSimBeforeDocument)(void* context, uint64_t api, WrenSimDocument document,
+                                      const char* json);
+/** Is told on the same thread when the receiver has returned. */
+typedef void (*WrenSimAfterDocument)(void* context, uint64_t api, WrenSimDocument document);
+
+/** Sets the one pair that watches documents; each may be null. A document that is under way may still reach
+ * the pair before: its context has to outlive that. `wrensim_forget_receivers` waits for its end.
+ * @param context passed to both, not owned
+ */
+WREN_BACKEND_API void wrensim_watch_documents(WrenSimBeforeDocument before, WrenSimAfterDocument after,
+                                              void* context);
 
 #ifdef __cplusplus
 }

@@ -31,6 +31,8 @@ Function required(const SharedLibrary& library, const char* name) {
 BackendControls::BackendControls()
     : library(loadedBackend())
     , setQuiet(required<decltype(setQuiet)>(library, "wrensim_set_quiet"))
+    , setPace(required<decltype(setPace)>(library, "wrensim_set_pace"))
+    , deliver(required<decltype(deliver)>(library, "wrensim_deliver"))
     , deliverAndWait(required<decltype(deliverAndWait)>(library, "wrensim_deliver_and_wait"))
     , hasReceiver(required<decltype(hasReceiver)>(library, "wrensim_has_receiver"))
     , setResult(required<decltype(setResult)>(library, "wrensim_set_result"))
@@ -38,9 +40,12 @@ BackendControls::BackendControls()
     , setFactoryExpired(required<decltype(setFactoryExpired)>(library, "wrensim_set_factory_expired"))
     , reset(required<decltype(reset)>(library, "wrensim_reset"))
     , observe(required<decltype(observe)>(library, "wrensim_observe"))
+    , watchDocuments(required<decltype(watchDocuments)>(library, "wrensim_watch_documents"))
     , forgetReceivers(required<decltype(forgetReceivers)>(library, "wrensim_forget_receivers"))
     , loadScenario(required<decltype(loadScenario)>(library, "wrensim_load_scenario"))
     , set(required<decltype(set)>(library, "wrensim_set"))
-    , loginCookie(required<decltype(loginCookie)>(library, "wrensim_login_cookie")) {}
+    , state(required<decltype(state)>(library, "wrensim_state"))
+    , loginCookie(required<decltype(loginCookie)>(library, "wrensim_login_cookie"))
+    , loginPage(required<decltype(loginPage)>(library, "wrensim_login_page")) {}
 
 } // namespace host

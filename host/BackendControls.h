@@ -13,6 +13,8 @@ struct BackendControls {
 
     SharedLibrary library;
     decltype(&wrensim_set_quiet) setQuiet;
+    decltype(&wrensim_set_pace) setPace;
+    decltype(&wrensim_deliver) deliver;
     decltype(&wrensim_deliver_and_wait) deliverAndWait;
     decltype(&wrensim_has_receiver) hasReceiver;
     decltype(&wrensim_set_result) setResult;
@@ -20,10 +22,13 @@ struct BackendControls {
     decltype(&wrensim_set_factory_expired) setFactoryExpired;
     decltype(&wrensim_reset) reset;
     decltype(&wrensim_observe) observe;
+    decltype(&wrensim_watch_documents) watchDocuments;
     decltype(&wrensim_forget_receivers) forgetReceivers;
     decltype(&wrensim_load_scenario) loadScenario;
     decltype(&wrensim_set) set;
+    decltype(&wrensim_state) state;
     decltype(&wrensim_login_cookie) loginCookie;
+    decltype(&wrensim_login_page) loginPage;
 };
 
 } // namespace host

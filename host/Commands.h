@@ -4,6 +4,7 @@
 
 #include "host/PluginObject.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -40,5 +41,16 @@ struct WatchOptions {
 };
 /// Runs the module and prints what its user would see, until the program is interrupted.
 void watchScreen(const WatchOptions& options);
+
+struct ServeOptions {
+    std::filesystem::path module;
+    std::string logLevel;           ///< one of `logLevels`: of the log lines that viewers get
+    std::filesystem::path scenario; ///< of the stand-in service; empty for its usual one
+    unsigned short port = 0;        ///< 0: any that is free
+    bool keepsSecrets = false;      ///< in recordings
+    std::uint32_t slowness = 0;     ///< milliseconds that the host takes for each notice
+};
+/// Runs the module and shows its screen to browsers on this machine, until the program is interrupted.
+void serveScreen(const ServeOptions& options);
 
 } // namespace host

@@ -1,5 +1,7 @@
 #include "host/LogLine.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <optional>
@@ -43,6 +45,10 @@ bool takePlace(std::string_view& rest, LogRecord& record) {
     return false;
 }
 
+/// The classes that find out about client and machine.
+constexpr std::array<std::string_view, 4> identityClasses{
+    "VantorDeviceID::", "CHash::", "TesselSandpiperId::", "TesselClientRetriever::"};
+
 } // namespace
 
 LogRecord parseLogLine(std::string_view text) {
@@ -59,6 +65,11 @@ LogRecord parseLogLine(std::string_view text) {
         }
     }
     return {unknownSeverity, {}, {}, 0, std::string(text)};
+}
+
+bool tellsOfTheMachine(std::string_view function) noexcept {
+    return std::ranges::any_of(identityClasses,
+                               [&](std::string_view name) { return function.starts_with(name); });
 }
 
 } // namespace host

@@ -1,58 +1,23 @@
 #include "host/SessionRecorder.h"
 
-#include "host/Text.h"
+#include "host/OutputLines.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
-#include <algorithm>
-#include <array>
-
 namespace host {
-namespace {
 
 namespace json = boost::json;
 
-/// Adds a text, or its bytes in Base64 where it is not UTF-8, or null.
-void addText(json::object& line, std::string_view key, const char* text) {
-    if (text == nullptr) {
-        line.emplace(key, nullptr);
-    } else if (isUtf8(text)) {
-        line.emplace(key, text);
-    } else {
-        line.emplace(std::string(key) + "_base64", encodeBase64(text));
-    }
-}
-
-void addText(json::object& line, std::string_view key, const std::string& text) {
-    if (isUtf8(text)) {
-        line.emplace(key, text);
-    } else {
-        line.emplace(std::string(key) + "_base64", encodeBase64(text));
-    }
-}
-
-/// The classes that find out what the client is, and on which machine it runs.
-constexpr std::array<std::string_view, 4> identityClasses{
-    "VantorDeviceID::", "CHash::", "TesselSandpiperId::", "TesselClientRetriever::"};
-
-bool tellsOfTheMachine(const LogRecord& record) {
-    return std::ranges::any_of(identityClasses,
-                               [&](std::string_view name) { return record.function.starts_with(name); });
-}
-
-} // namespace
-
-template <class Fill>
-void SessionRecorder::output(std::string_view word, Fill fill) {
+void SessionRecorder::output(const boost::json::object& fields) {
     const std::lock_guard lock(mutex);
     if (!isRunning) {
         return;
     }
-    json::object line{{"n", number}, {"out", word}};
-    fill(line);
+    json::object line{{"n", number}};
+    line.insert(fields.begin(), fields.end());
     write(json::serialize(line));
 }
 
@@ -71,80 +36,51 @@ void SessionRecorder::end() {
 }
 
 void SessionRecorder::interfaces(const PluginInterfaceList& list) {
-    output("interfaces", [&](json::object& line) {
-        json::array entries;
-        for (std::int32_t i = 0; i < list.count; ++i) {
-            json::object entry;
-            addText(entry, "name", list.entries[i].name);
-            entry.emplace("version", list.entries[i].version);
-            entries.push_back(std::move(entry));
-        }
-        line.emplace("entries", std::move(entries));
-    });
+    json::array entries;
+    for (std::int32_t i = 0; i < list.count; ++i) {
+        json::object entry;
+        addText(entry, "name", list.entries[i].name);
+        entry.emplace("version", list.entries[i].version);
+        entries.push_back(std::move(entry));
+    }
+    output({{"out", "interfaces"}, {"entries", std::move(entries)}});
 }
 
-void SessionRecorder::created(bool hasObject) {
-    output("created", [&](json::object& line) { line.emplace("object", hasObject); });
-}
+void SessionRecorder::created(bool hasObject) { output(createdLine(hasObject)); }
 
-void SessionRecorder::result(std::int32_t value) {
-    output("result", [&](json::object& line) { line.emplace("value", value); });
-}
+void SessionRecorder::result(std::int32_t value) { output(resultLine(value)); }
 
-void SessionRecorder::result(bool value) {
-    output("result", [&](json::object& line) { line.emplace("value", value); });
-}
+void SessionRecorder::result(bool value) { output(resultLine(value)); }
 
 void SessionRecorder::result(std::int32_t value, std::uint32_t size, const std::optional<std::string>& text) {
-    output("result", [&](json::object& line) {
-        line.emplace("value", value);
-        line.emplace("size", size);
-        addText(line, "text", text ? text->c_str() : nullptr);
-    });
+    json::object line = resultLine(value);
+    line.emplace("size", size);
+    addText(line, "text", text ? text->c_str() : nullptr);
+    output(line);
 }
 
 void SessionRecorder::decrypted(std::int32_t value, std::uint32_t size,
                                 const std::optional<unsigned char>& firstByte) {
-    output("result", [&](json::object& line) {
-        line.emplace("value", value);
-        line.emplace("size", size);
-        line.emplace("first_byte", firstByte ? json::value(*firstByte) : json::value(nullptr));
-    });
+    json::object line = resultLine(value);
+    line.emplace("size", size);
+    line.emplace("first_byte", firstByte ? json::value(*firstByte) : json::value(nullptr));
+    output(line);
 }
 
 void SessionRecorder::notice(std::string_view callbacks, std::uintptr_t handle, const char* xml) {
-    output("notice", [&](json::object& line) {
-        line.emplace("callbacks", callbacks);
-        line.emplace("handle", handle);
-        addText(line, "xml", xml);
-    });
+    output(noticeLine(callbacks, handle, xml));
 }
 
 void SessionRecorder::stopDone(std::string_view callbacks, std::uintptr_t handle) {
-    output("stop_done", [&](json::object& line) {
-        line.emplace("callbacks", callbacks);
-        line.emplace("handle", handle);
-    });
+    output(stopDoneLine(callbacks, handle));
 }
 
-void SessionRecorder::apiCall(const char* operation, const char* json) {
-    output("api", [&](json::object& line) {
-        line.emplace("operation", operation);
-        addText(line, "json", json);
-    });
-}
+void SessionRecorder::apiCall(const char* operation, const char* json) { output(apiLine(operation, json)); }
 
 void SessionRecorder::log(const LogRecord& record) {
-    if (tellsOfTheMachine(record)) {
-        return;
+    if (!tellsOfTheMachine(record.function)) {
+        output(logLine(record));
     }
-    output("log", [&](json::object& line) {
-        line.emplace("severity", record.severity);
-        addText(line, "function", record.function);
-        addText(line, "file", record.file);
-        line.emplace("line", record.line);
-        addText(line, "message", record.message);
-    });
 }
 
 } // namespace host

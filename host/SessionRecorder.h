@@ -48,9 +48,8 @@ public:
     void log(const LogRecord& record);
 
 private:
-    /// Writes the output line with `fill` adding its keys behind "n" and "out".
-    template <class Fill>
-    void output(std::string_view word, Fill fill);
+    /// Writes an output line, which lacks its number.
+    void output(const boost::json::object& fields);
     void write(const std::string& line);
 
     std::ostream& out;

@@ -80,6 +80,22 @@ struct CommandLine {
             ->type_name("FILE");
         watches.callback([this] { host::watchScreen(watch); });
 
+        CLI::App& serves = *app.add_subcommand(
+            "serve", "Show the plugin's screen in browsers on this machine, until interrupted");
+        addLogLevel(serves, serve.logLevel, "Lowest level of the log lines, DBG_TRACE unless told");
+        addModule(serves, "--module", serve.module);
+        serves.add_option("--port", serve.port, "Port to listen on; any that is free unless told");
+        serves
+            .add_option("--scenario", serve.scenario, "State and faults of the stand-in service, a JSON file")
+            ->type_name("FILE");
+        serves.add_flag("--with-secrets", serve.keepsSecrets, "Keep cookies in recordings");
+        serves
+            .add_option("--slow", serve.slowness,
+                        "Milliseconds that the host takes for each notice, 5000 at most")
+            ->type_name("MS")
+            ->check(CLI::Range(0, 5000));
+        serves.callback([this] { host::serveScreen(serve); });
+
         CLI::App& informs = *app.add_subcommand("info", "Tell what a module is and offers");
         addModule(informs, "MODULE", info.module);
         informs.add_flag("--json", info.asJson, "As JSON");
@@ -92,6 +108,7 @@ struct CommandLine {
     host::ScriptOptions replay = script;
     bool isAsExpected = true;
     host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp};
+    host::ServeOptions serve{host::defaultModulePath(), "DBG_TRACE", {}, 0, false, 0};
     host::InfoOptions info{host::defaultModulePath(), false, host::PluginInterface::Cpp};
 };
 

@@ -75,9 +75,9 @@ TEST(ScenarioReader, UsualScenarioIsAHealthyDeviceThatIsNotEnrolled) {
         R"("cancellation":300,"unenrollment_started":0,"unenrollment":800,"config_sync":300,)"
         R"("posture_report":300,"dataplane_reply":300},"logins":{"enrollment":{)"
         R"("start_url":"https://login.example.test/enroll","end_url":"https://login.example.test/enroll/done",)"
-        R"("cookie_name":"session","cookie":""},"dataplane":{"start_url":"https://login.example.test/access",)"
-        R"("end_url":"https://login.example.test/access/done","cookie_name":"authorization","cookie":""}},)"
-        R"("faults":[]})");
+        R"("cookie_name":"session","cookie":"","password":"wren"},"dataplane":{"start_url":"https://login.example.test/access",)"
+        R"("end_url":"https://login.example.test/access/done","cookie_name":"authorization","cookie":"",)"
+        R"("password":"wren"}},"faults":[]})");
 }
 
 TEST(ScenarioReader, TakesEveryField) {
@@ -106,8 +106,8 @@ TEST(ScenarioReader, TakesEveryField) {
         R"("delays":{"first_status":1,"status_interval":2,"enrollment_started":3,"authentication_request":4,)"
         R"("login_failure":5,"registration":6,"cancellation":7,"unenrollment_started":8,"unenrollment":9,)"
         R"("config_sync":10,"posture_report":11,"dataplane_reply":12},"logins":{"enrollment":{"start_url":"a",)"
-        R"("end_url":"b","cookie_name":"c","cookie":"d"},"dataplane":{"start_url":"e","end_url":"f",)"
-        R"("cookie_name":"g","cookie":"h"}},"faults":[{"when":"enrollment_cookie","skip":1,"times":2,)"
+        R"("end_url":"b","cookie_name":"c","cookie":"d","password":"p"},"dataplane":{"start_url":"e","end_url":"f",)"
+        R"("cookie_name":"g","cookie":"h","password":"q"}},"faults":[{"when":"enrollment_cookie","skip":1,"times":2,)"
         R"("fail":"server_communication_error","set":{"certificate":"rejected"}}]})";
     EXPECT_EQ(textOf(readScenario(everything)), everything);
 }

@@ -1,0 +1,56 @@
+#include "host/OutputLines.h"
+
+#include "host/Text.h"
+
+namespace host {
+
+namespace json = boost::json;
+
+void addText(json::object& line, std::string_view key, std::string_view text) {
+    if (isUtf8(text)) {
+        line.emplace(key, text);
+    } else {
+        line.emplace(std::string(key) + "_base64", encodeBase64(text));
+    }
+}
+
+void addText(json::object& line, std::string_view key, const char* text) {
+    if (text == nullptr) {
+        line.emplace(key, nullptr);
+    } else {
+        addText(line, key, std::string_view(text));
+    }
+}
+
+json::object createdLine(bool hasObject) { return {{"out", "created"}, {"object", hasObject}}; }
+
+json::object resultLine(std::int32_t value) { return {{"out", "result"}, {"value", value}}; }
+
+json::object resultLine(bool value) { return {{"out", "result"}, {"value", value}}; }
+
+json::object noticeLine(std::string_view callbacks, std::uintptr_t handle, const char* xml) {
+    json::object line{{"out", "notice"}, {"callbacks", callbacks}, {"handle", handle}};
+    addText(line, "xml", xml);
+    return line;
+}
+
+json::object stopDoneLine(std::string_view callbacks, std::uintptr_t handle) {
+    return {{"out", "stop_done"}, {"callbacks", callbacks}, {"handle", handle}};
+}
+
+json::object apiLine(const char* operation, const char* json) {
+    json::object line{{"out", "api"}, {"operation", operation}};
+    addText(line, "json", json);
+    return line;
+}
+
+json::object logLine(const LogRecord& record) {
+    json::object line{{"out", "log"}, {"severity", record.severity}};
+    addText(line, "function", record.function);
+    addText(line, "file", record.file);
+    line.emplace("line", record.line);
+    addText(line, "message", record.message);
+    return line;
+}
+
+} // namespace host
