@@ -41,19 +41,19 @@ template <>
 struct Words<sml::back::anonymous> : Words<sml::front::always> {};
 template <class Guard>
 struct Words<sml::front::negation<Guard>> {
-    static std::string text() { return "!" + Words<Guard>::text(); }
+    static std::string text() { return std::string("!").append(Words<Guard>::text()); }
 };
 template <class First, class Second>
 struct Words<sml::front::sequence<First, Second>> {
-    static std::string text() { return Words<First>::text() + ", " + Words<Second>::text(); }
+    static std::string text() { return Words<First>::text().append(", ").append(Words<Second>::text()); }
 };
 template <class Event>
 struct Words<sml::back::process_event_action<Event>> {
-    static std::string text() { return "process(" + Words<Event>::text() + ")"; }
+    static std::string text() { return std::string("process(").append(Words<Event>::text()).append(")"); }
 };
 template <class T>
 struct Words<sml::back::exception<T, T>> {
-    static std::string text() { return "exception<" + Words<T>::text() + ">"; }
+    static std::string text() { return std::string("exception<").append(Words<T>::text()).append(">"); }
 };
 
 /// An action without a name does nothing: the row is there to take its event.
