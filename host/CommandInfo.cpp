@@ -3,6 +3,7 @@
 #include "host/HostError.h"
 #include "host/LogTap.h"
 #include "host/PluginModule.h"
+#include "host/PluginObject.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
@@ -29,10 +30,10 @@ struct ModuleInfo {
     std::vector<std::string> exports;
 };
 
-using Getter = std::int32_t (IPresentationPlugin::*)(char*, std::uint32_t*);
+using Getter = std::int32_t (PluginObject::*)(char*, std::uint32_t*);
 
 /// A getter's text: asks for the size first.
-std::string textOf(IPresentationPluginV3& plugin, Getter getter) {
+std::string textOf(PluginObject& plugin, Getter getter) {
     std::uint32_t size = 0;
     (plugin.*getter)(nullptr, &size);
     std::string text(size, '\0');
@@ -43,7 +44,7 @@ std::string textOf(IPresentationPluginV3& plugin, Getter getter) {
     return text;
 }
 
-ModuleInfo examine(const std::filesystem::path& file) {
+ModuleInfo examine(const std::filesystem::path& file, PluginInterface way) {
     ModuleInfo info;
     info.path = file.string();
     info.exports = exportedSymbols(file);
@@ -53,13 +54,13 @@ ModuleInfo examine(const std::filesystem::path& file) {
     for (std::int32_t i = 0; i < list.count; ++i) {
         info.interfaces.emplace_back(list.entries[i].name, list.entries[i].version);
     }
-    const OwnedPlugin plugin(module.create(presentationInterfaceName), PluginOwner(module));
+    const auto plugin = makePlugin(module, way);
     if (!plugin) {
         throw HostError("the module makes no plugin object: " + info.path);
     }
-    info.identity = textOf(*plugin, &IPresentationPlugin::GetIdentity);
-    info.label = textOf(*plugin, &IPresentationPlugin::GetLabel);
-    info.displayVersion = textOf(*plugin, &IPresentationPlugin::GetDisplayVersion);
+    info.identity = textOf(*plugin, &PluginObject::GetIdentity);
+    info.label = textOf(*plugin, &PluginObject::GetLabel);
+    info.displayVersion = textOf(*plugin, &PluginObject::GetDisplayVersion);
     return info;
 }
 
@@ -96,7 +97,7 @@ void printText(const ModuleInfo& info) {
 } // namespace
 
 void showInfo(const InfoOptions& options) {
-    const ModuleInfo info = examine(options.module);
+    const ModuleInfo info = examine(options.module, options.way);
     if (options.asJson) {
         std::cout << json::serialize(jsonOf(info)) << '\n';
     } else {

@@ -21,7 +21,7 @@ void runScript(const ScriptOptions& options) {
     const LogTap log([&recorder](const LogRecord& record) { recorder.log(record); });
     const PluginModule module = loadModule(options.module, options.logLevel);
     const BackendControls backend;
-    SessionRunner(module, backend, recorder).run(session);
+    SessionRunner(module, backend, recorder, options.onlyInterface).run(session);
     if (!std::cout) {
         throw HostError("cannot write the outputs");
     }

@@ -7,6 +7,7 @@
 #include "host/LogLevel.h"
 #include "host/LogTap.h"
 #include "host/PluginModule.h"
+#include "host/PluginObject.h"
 #include "host/ScreenModel.h"
 #include "host/ScreenPrinter.h"
 #include "host/Text.h"
@@ -155,7 +156,7 @@ std::string tellService(Function function, const std::string& json) {
 
 /// Takes typed commands until the user leaves or interrupts; after the input's end, until the latter.
 void serveTyped(Interrupt& interrupt, Watcher& watcher, const BackendControls& backend,
-                IPresentationPluginV3& plugin) {
+                PluginObject& plugin) {
     TypedLines lines;
     while (interrupt.waitForInput()) {
         if (!lines.read()) {
@@ -201,7 +202,7 @@ void watchScreen(const WatchOptions& options) {
     HostTranslator translator;
     HostCallbacks callbacks([&](std::uintptr_t, const char* xml) { watcher.onNotice(xml); },
                             [](std::uintptr_t) {});
-    OwnedPlugin plugin(module.create(presentationInterfaceName), PluginOwner(module));
+    auto plugin = makePlugin(module, options.way);
     require(plugin != nullptr, "created");
     require(plugin->Register("", hostHandle, &callbacks, &translator) == presentationDone, "registered");
     require(plugin->Start() == presentationDone, "started");

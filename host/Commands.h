@@ -2,8 +2,11 @@
 /// HostError where it cannot do its job.
 #pragma once
 
+#include "host/PluginObject.h"
+
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace host {
@@ -11,14 +14,21 @@ namespace host {
 struct ScriptOptions {
     std::filesystem::path file;
     std::filesystem::path module;
-    std::string logLevel; ///< one of `logLevels`
+    std::string logLevel;                         ///< one of `logLevels`
+    std::optional<PluginInterface> onlyInterface; ///< for all objects; none leaves it to the file's lines
 };
 /// Runs a session file and prints it with its outputs.
 void runScript(const ScriptOptions& options);
 
+/// Runs a session file's inputs and compares what comes of them with the outputs in the file. Prints the
+/// first difference, or that there is none.
+/// @return whether all was as expected
+bool replaySession(const ScriptOptions& options);
+
 struct InfoOptions {
     std::filesystem::path module;
     bool asJson = false;
+    PluginInterface way = PluginInterface::Cpp;
 };
 /// Tells what a module is and offers.
 void showInfo(const InfoOptions& options);
@@ -27,6 +37,7 @@ struct WatchOptions {
     std::filesystem::path module;
     std::string logLevel;           ///< one of `logLevels`, or empty to leave the log out
     std::filesystem::path scenario; ///< of the stand-in service; empty for its usual one
+    PluginInterface way = PluginInterface::Cpp;
 };
 /// Runs the module and prints what its user would see, until the program is interrupted.
 void watchScreen(const WatchOptions& options);

@@ -23,7 +23,9 @@ PluginModule::PluginModule(const std::filesystem::path& file)
     : library(SharedLibrary::load(file))
     , getInterfaces(required<decltype(getInterfaces)>(library, "GetAvailableInterfaces", file))
     , createPlugin(required<decltype(createPlugin)>(library, "CreatePlugin", file))
-    , disposePlugin(required<decltype(disposePlugin)>(library, "DisposePlugin", file)) {}
+    , disposePlugin(required<decltype(disposePlugin)>(library, "DisposePlugin", file))
+    , createRecord(library.function<decltype(createRecord)>("CreateCbasedPlugin"))
+    , disposeRecord(library.function<decltype(disposeRecord)>("DisposeCbasedPlugin")) {}
 
 IPresentationPluginV3* PluginModule::create(const char* name) const {
     Plugin* plugin = createPlugin(name);
@@ -37,9 +39,26 @@ IPresentationPluginV3* PluginModule::create(const char* name) const {
     return static_cast<IPresentationPluginV3*>(plugin);
 }
 
-bool PluginModule::hasCRecord() const {
-    return library.symbol("CreateCbasedPlugin") != nullptr &&
-           library.symbol("DisposeCbasedPlugin") != nullptr;
+PresentationPluginCbasedMethods* PluginModule::createCbased(const char* name) const {
+    if (!hasCRecord()) {
+        throw HostError("the module exports no CreateCbasedPlugin");
+    }
+    PresentationPluginCbasedMethods* record = createRecord(name);
+    if (record != nullptr &&
+        (record->size < sizeof *record ||
+         !record->SupportsInterface(record->handle, cBasedPresentationInterfaceName, usedVersion))) {
+        disposeRecord(record);
+        throw HostError("the module's record does not offer version 3 of " +
+                        std::string(cBasedPresentationInterfaceName));
+    }
+    return record;
+}
+
+bool PluginModule::disposeCbased(PresentationPluginCbasedMethods* record) const {
+    if (!hasCRecord()) {
+        throw HostError("the module exports no DisposeCbasedPlugin");
+    }
+    return disposeRecord(record);
 }
 
 std::filesystem::path defaultModulePath() {

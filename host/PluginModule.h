@@ -3,6 +3,7 @@
 
 #include "host/SharedLibrary.h"
 #include "wren/PresentationPlugin.h"
+#include "wren/PresentationPluginCbased.h"
 
 #include <filesystem>
 #include <memory>
@@ -29,13 +30,26 @@ public:
     bool dispose(Plugin* plugin) const { return disposePlugin(plugin); }
 
     /// Whether the module offers its record of C functions too.
-    bool hasCRecord() const;
+    bool hasCRecord() const { return createRecord != nullptr && disposeRecord != nullptr; }
+
+    /// `CreateCbasedPlugin`; the record goes to `disposeCbased`.
+    /// @param name NUL-terminated or null
+    /// @return null where the module refused
+    /// @throws HostError where the module has no such function, or its record is not of version 3
+    PresentationPluginCbasedMethods* createCbased(const char* name) const;
+
+    /// `DisposeCbasedPlugin`.
+    /// @param record any address
+    /// @throws HostError where the module has no such function
+    bool disposeCbased(PresentationPluginCbasedMethods* record) const;
 
 private:
     SharedLibrary library;
     decltype(&GetAvailableInterfaces) getInterfaces;
     decltype(&CreatePlugin) createPlugin;
     decltype(&DisposePlugin) disposePlugin;
+    decltype(&CreateCbasedPlugin) createRecord;   ///< null where the module lacks it
+    decltype(&DisposeCbasedPlugin) disposeRecord; ///< likewise
 };
 
 /// A plugin object that is disposed of where it goes out of use.

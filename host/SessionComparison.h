@@ -24,6 +24,9 @@ struct SessionDifference {
 std::optional<SessionDifference> firstDifference(const std::vector<boost::json::object>& expected,
                                                  const std::vector<boost::json::object>& actual);
 
+/// Leaves the time stamps of all notices open: recordings hold those of their own time.
+void maskTimeStamps(std::vector<boost::json::object>& outputs);
+
 /// Whether an output line is as expected.
 bool meetsExpectation(const boost::json::object& expected, const boost::json::object& actual);
 

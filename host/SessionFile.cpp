@@ -36,8 +36,7 @@ json::object parseLine(std::string_view line) {
     return value.get_object();
 }
 
-/// Adds the line to the session if it is an input. Outputs are of use to whoever compares: they only have to
-/// be what they say.
+/// Adds the line to the session.
 /// @param isFirst whether no line stands before it
 void takeLine(Session& session, std::string_view text, unsigned number, bool isFirst) {
     const json::object fields = parseLine(text);
@@ -47,6 +46,7 @@ void takeLine(Session& session, std::string_view text, unsigned number, bool isF
     }
     if (output != nullptr) {
         checkOutput(fields);
+        session.expectations.push_back({number, fields});
         return;
     }
     SessionInput input(fields, number);
@@ -68,7 +68,7 @@ std::optional<std::string> Session::timeZone() const {
 Session readSession(const std::filesystem::path& file) { return parseSession(readFile(file), file.string()); }
 
 Session parseSession(std::string_view content, const std::string& name) {
-    Session session{name, {}};
+    Session session{name, {}, {}};
     bool isFirst = true;
     for (unsigned number = 1; !content.empty(); ++number) {
         const std::string_view line = content.substr(0, content.find('\n'));

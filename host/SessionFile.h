@@ -3,6 +3,8 @@
 
 #include "host/SessionInput.h"
 
+#include <boost/json/object.hpp>
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -11,10 +13,17 @@
 
 namespace host {
 
-/// The inputs of a session file.
+/// An output line of a session file: what is expected to come of the inputs.
+struct SessionExpectation {
+    unsigned line = 0; ///< in the file, from 1
+    boost::json::object output;
+};
+
+/// What a session file holds.
 struct Session {
     std::string name; ///< of the file, for messages
     std::vector<SessionInput> inputs;
+    std::vector<SessionExpectation> expectations; ///< in the order of the file
 
     /// The time zone that the session runs in, if it says so.
     std::optional<std::string> timeZone() const;

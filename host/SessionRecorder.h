@@ -44,6 +44,7 @@ public:
     void notice(std::string_view callbacks, std::uintptr_t handle, const char* xml);
     void stopDone(std::string_view callbacks, std::uintptr_t handle);
     void apiCall(const char* operation, const char* json);
+    /// What is logged of the machine's identity is left out: a session runs alike on every machine.
     void log(const LogRecord& record);
 
 private:

@@ -10,6 +10,9 @@
 namespace host {
 namespace {
 
+/// What the name of the C interface has in front of the other's.
+constexpr std::string_view cMark = "c_";
+
 /// No getter's text comes near this size: what a session claims beyond it needs no memory behind it.
 constexpr std::uint64_t greatestBuffer = 64 * 1024;
 
@@ -25,12 +28,12 @@ WrenSimDocument documentOf(std::string_view name) {
     return static_cast<WrenSimDocument>(found - documents.begin());
 }
 
-using Getter = std::int32_t (IPresentationPlugin::*)(char*, std::uint32_t*);
+using Getter = std::int32_t (PluginObject::*)(char*, std::uint32_t*);
 
 Getter getterOf(std::string_view what) {
-    return what == "identity" ? &IPresentationPlugin::GetIdentity
-           : what == "label"  ? &IPresentationPlugin::GetLabel
-                              : &IPresentationPlugin::GetDisplayVersion;
+    return what == "identity" ? &PluginObject::GetIdentity
+           : what == "label"  ? &PluginObject::GetLabel
+                              : &PluginObject::GetDisplayVersion;
 }
 
 bool callsPlugin(InputKind kind) {
@@ -45,10 +48,11 @@ std::string named(const SessionInput& input) { return "object \"" + input.object
 } // namespace
 
 SessionRunner::SessionRunner(const PluginModule& usedModule, const BackendControls& usedBackend,
-                             SessionRecorder& usedRecorder)
+                             SessionRecorder& usedRecorder, std::optional<PluginInterface> wantedInterface)
     : module(usedModule)
     , backend(usedBackend)
-    , recorder(usedRecorder) {
+    , recorder(usedRecorder)
+    , onlyInterface(wantedInterface) {
     backend.setQuiet(true);
     backend.observe(&SessionRunner::onApiCall, this);
 }
@@ -76,9 +80,6 @@ void SessionRunner::run(const Session& session) {
 }
 
 void SessionRunner::requireRunnable(const SessionInput& input) const {
-    if (input.flag("null_handle", false)) {
-        throw HostError("\"null_handle\" is for objects of kind \"c\"");
-    }
     if (input.kind() == InputKind::Create) {
         requireCreatable(input);
     } else if (input.kind() == InputKind::Dispose) {
@@ -91,22 +92,25 @@ void SessionRunner::requireRunnable(const SessionInput& input) const {
 }
 
 void SessionRunner::requireCreatable(const SessionInput& input) const {
-    if (input.has("kind") && input.text("kind") == "c") {
-        throw HostError(module.hasCRecord() ? "this host does not speak the module's C interface"
-                                            : "the module exports no CreateCbasedPlugin");
+    if (interfaceOf(input) == PluginInterface::C && !module.hasCRecord()) {
+        throw HostError("the module exports no CreateCbasedPlugin");
     }
 }
 
 void SessionRunner::requireDisposable(const SessionInput& input) const {
     if (input.isNull("object")) {
+        if (onlyInterface == PluginInterface::C && !module.hasCRecord()) {
+            throw HostError("the module exports no DisposeCbasedPlugin");
+        }
         return;
     }
     const auto found = objects.find(input.object());
     if (found == objects.end()) {
-        throw HostError(named(input) + " was never created, and the module exports no DisposeCbasedPlugin "
-                                       "that could be given a foreign record");
-    }
-    if (found->second.wasDisposed) {
+        if (!module.hasCRecord()) {
+            throw HostError(named(input) + " was never created, and the module exports no "
+                                           "DisposeCbasedPlugin that could be given a foreign record");
+        }
+    } else if (found->second.wasDisposed && found->second.way == PluginInterface::Cpp) {
         throw HostError(named(input) + " has been disposed of already");
     }
 }
@@ -120,11 +124,19 @@ void SessionRunner::requireLive(const SessionInput& input) const {
         throw HostError(named(input) +
                         (found->second.wasDisposed ? " has been disposed of" : " could not be created"));
     }
+    if (input.flag("null_handle", false) && found->second.way == PluginInterface::Cpp) {
+        throw HostError("\"null_handle\" is for objects of kind \"c\"");
+    }
 }
 
 void SessionRunner::runInput(const SessionInput& input) {
     if (callsPlugin(input.kind())) {
-        callPlugin(input, *objects.find(input.object())->second.plugin);
+        PluginObject& plugin = *objects.find(input.object())->second.plugin;
+        if (input.flag("null_handle", false)) {
+            callPlugin(input, *behindNullHandle(*plugin.record()));
+        } else {
+            callPlugin(input, plugin);
+        }
     } else if (input.kind() == InputKind::Interfaces) {
         recorder.interfaces(module.interfaces());
     } else if (input.kind() == InputKind::Create) {
@@ -138,7 +150,7 @@ void SessionRunner::runInput(const SessionInput& input) {
     }
 }
 
-void SessionRunner::callPlugin(const SessionInput& input, IPresentationPluginV3& plugin) {
+void SessionRunner::callPlugin(const SessionInput& input, PluginObject& plugin) {
     switch (input.kind()) {
     case InputKind::Supports:
         return recorder.result(plugin.SupportsInterface(input.pointer("name"), input.number("version")));
@@ -161,45 +173,88 @@ void SessionRunner::callPlugin(const SessionInput& input, IPresentationPluginV3&
     }
 }
 
+PluginInterface SessionRunner::interfaceOf(const SessionInput& input) const {
+    const bool wantsC = input.has("kind") && input.text("kind") == "c";
+    return onlyInterface.value_or(wantsC ? PluginInterface::C : PluginInterface::Cpp);
+}
+
+std::optional<std::string> SessionRunner::nameOf(const SessionInput& input) const {
+    if (input.isNull("name")) {
+        return std::nullopt;
+    }
+    const std::string& name = input.text("name");
+    if (!onlyInterface) {
+        return name;
+    }
+    const std::string plain = name.starts_with(cMark) ? name.substr(cMark.size()) : name;
+    return *onlyInterface == PluginInterface::C ? std::string(cMark) + plain : plain;
+}
+
 void SessionRunner::create(const SessionInput& input) {
-    OwnedPlugin plugin(module.create(input.pointer("name")), PluginOwner(module));
+    const PluginInterface way = interfaceOf(input);
+    const std::optional<std::string> name = nameOf(input);
+    auto plugin = makePlugin(module, way, name ? name->c_str() : nullptr);
     const bool hasObject = plugin != nullptr;
-    NamedObject& object =
-        objects.try_emplace(input.object(), NamedObject{{nullptr, PluginOwner(module)}, {}, false})
-            .first->second;
+    NamedObject& object = objects.try_emplace(input.object()).first->second;
     if (hasObject) {
         if (object.plugin) {
             replaced.push_back(std::move(object.plugin));
         }
-        object = {std::move(plugin), {}, false};
+        PresentationPluginCbasedMethods* const record = plugin->record();
+        object = {std::move(plugin), {}, way, false, record};
+    } else if (!object.plugin && !object.wasDisposed) {
+        object.way = way;
     }
     recorder.created(hasObject);
 }
 
 void SessionRunner::dispose(const SessionInput& input) {
-    IPresentationPluginV3* plugin = nullptr;
-    if (!input.isNull("object")) {
-        NamedObject& object = objects.find(input.object())->second;
-        plugin = object.plugin.release();
-        object.wasDisposed = plugin != nullptr;
-    }
-    recorder.result(module.dispose(plugin));
+    recorder.result(input.isNull("object")
+                        ? disposeOfNull(module, onlyInterface.value_or(PluginInterface::Cpp))
+                        : disposeOf(input.object()));
 }
 
-void SessionRunner::registerCallbacks(const SessionInput& input, IPresentationPluginV3& plugin) {
+bool SessionRunner::disposeOf(const std::string& name) {
+    PresentationPluginCbasedMethods foreign{};
+    const auto found = objects.find(name);
+    if (found == objects.end()) {
+        return module.disposeCbased(&foreign);
+    }
+    NamedObject& object = found->second;
+    if (object.plugin) {
+        object.wasDisposed = true;
+        return std::exchange(object.plugin, nullptr)->dispose();
+    }
+    if (!object.wasDisposed) {
+        return disposeOfNull(module, object.way);
+    }
+    // The module tells records by their addresses, and this one may have gone to a later record since.
+    return module.disposeCbased(isInUse(object.lastRecord) ? &foreign : object.lastRecord);
+}
+
+bool SessionRunner::isInUse(const PresentationPluginCbasedMethods* record) const {
+    const auto isThat = [record](const std::unique_ptr<PluginObject>& plugin) {
+        return plugin && plugin->record() == record;
+    };
+    return std::any_of(replaced.begin(), replaced.end(), isThat) ||
+           std::any_of(objects.begin(), objects.end(),
+                       [&](const auto& named) { return isThat(named.second.plugin); });
+}
+
+void SessionRunner::registerCallbacks(const SessionInput& input, PluginObject& plugin) {
     HostCallbacks* given = input.isNull("callbacks") ? nullptr : callbacksOf(input.text("callbacks"));
     recorder.result(plugin.Register(input.pointer("arguments"), input.count("handle"), given,
                                     input.flag("translator") ? &translator : nullptr));
 }
 
-void SessionRunner::start(const SessionInput& input, IPresentationPluginV3& plugin) {
+void SessionRunner::start(const SessionInput& input, PluginObject& plugin) {
     starting = &objects.find(input.object())->second.connections;
     const std::int32_t result = plugin.Start();
     starting = nullptr;
     recorder.result(result);
 }
 
-void SessionRunner::get(const SessionInput& input, IPresentationPluginV3& plugin) {
+void SessionRunner::get(const SessionInput& input, PluginObject& plugin) {
     auto size = static_cast<std::uint32_t>(input.count("size"));
     const bool hasBuffer = input.flag("buffer");
     std::string buffer(std::min<std::uint64_t>(size, greatestBuffer), '\0');
@@ -209,7 +264,7 @@ void SessionRunner::get(const SessionInput& input, IPresentationPluginV3& plugin
     recorder.result(result, size, isCopied ? std::optional(buffer) : std::nullopt);
 }
 
-void SessionRunner::callInert(const SessionInput& input, IPresentationPluginV3& plugin) {
+void SessionRunner::callInert(const SessionInput& input, PluginObject& plugin) {
     const std::string& operation = input.text("operation");
     if (operation == "Encrypt") {
         recorder.result(plugin.Encrypt(0, 0, 0, 0));

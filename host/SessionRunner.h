@@ -4,12 +4,14 @@
 #include "host/BackendControls.h"
 #include "host/HostCallbacks.h"
 #include "host/PluginModule.h"
+#include "host/PluginObject.h"
 #include "host/SessionFile.h"
 #include "host/SessionRecorder.h"
 
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,8 +21,11 @@ namespace host {
 /// behind are disposed of at the end, unrecorded.
 class SessionRunner {
 public:
-    /// All three must outlive the runner.
-    SessionRunner(const PluginModule& module, const BackendControls& backend, SessionRecorder& recorder);
+    /// Module, backend and recorder must outlive the runner.
+    /// @param onlyInterface makes every object of the session through that interface, whatever its line says:
+    ///     the names that "create" lines hold get the "c_" of the C interface's name, or lose it
+    SessionRunner(const PluginModule& module, const BackendControls& backend, SessionRecorder& recorder,
+                  std::optional<PluginInterface> onlyInterface = std::nullopt);
     SessionRunner(const SessionRunner&) = delete;
     SessionRunner& operator=(const SessionRunner&) = delete;
     ~SessionRunner();
@@ -32,9 +37,11 @@ public:
 private:
     /// What the session knows under one name.
     struct NamedObject {
-        OwnedPlugin plugin;
+        std::unique_ptr<PluginObject> plugin;   ///< null if it was never there or has been disposed of
         std::vector<std::uint64_t> connections; ///< to the backend, in the order of their start
+        PluginInterface way = PluginInterface::Cpp;
         bool wasDisposed = false;
+        PresentationPluginCbasedMethods* lastRecord = nullptr; ///< where the object's record is or was
     };
 
     void runInput(const SessionInput& input);
@@ -43,14 +50,18 @@ private:
     void requireCreatable(const SessionInput& input) const;
     void requireDisposable(const SessionInput& input) const;
     void requireLive(const SessionInput& input) const;
-    void callPlugin(const SessionInput& input, IPresentationPluginV3& plugin);
+    void callPlugin(const SessionInput& input, PluginObject& plugin);
 
+    PluginInterface interfaceOf(const SessionInput& input) const;
+    std::optional<std::string> nameOf(const SessionInput& input) const;
     void create(const SessionInput& input);
     void dispose(const SessionInput& input);
-    void registerCallbacks(const SessionInput& input, IPresentationPluginV3& plugin);
-    void start(const SessionInput& input, IPresentationPluginV3& plugin);
-    void get(const SessionInput& input, IPresentationPluginV3& plugin);
-    void callInert(const SessionInput& input, IPresentationPluginV3& plugin);
+    bool disposeOf(const std::string& name);
+    bool isInUse(const PresentationPluginCbasedMethods* record) const;
+    void registerCallbacks(const SessionInput& input, PluginObject& plugin);
+    void start(const SessionInput& input, PluginObject& plugin);
+    void get(const SessionInput& input, PluginObject& plugin);
+    void callInert(const SessionInput& input, PluginObject& plugin);
     void deliver(const SessionInput& input);
     void tellBackend(const SessionInput& input);
 
@@ -60,9 +71,10 @@ private:
     const PluginModule& module;
     const BackendControls& backend;
     SessionRecorder& recorder;
+    std::optional<PluginInterface> onlyInterface;
     HostTranslator translator;
     std::map<std::string, std::unique_ptr<HostCallbacks>> callbacks;
-    std::vector<OwnedPlugin> replaced; ///< objects whose name went to a later one
+    std::vector<std::unique_ptr<PluginObject>> replaced; ///< objects whose name went to a later one
     std::map<std::string, NamedObject> objects;
     std::vector<std::uint64_t>* starting = nullptr; ///< connections of the object that is in "start"
 };

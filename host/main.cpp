@@ -12,6 +12,7 @@
 
 namespace {
 
+constexpr int exitDifference = 1;
 constexpr int exitBadInput = 2;
 
 int fail(const std::string& what) {
@@ -28,6 +29,24 @@ void addModule(CLI::App& command, const char* name, std::filesystem::path& modul
     command.add_option(name, module, "The plugin module; its own build's unless told")->type_name("PATH");
 }
 
+/// @param way of type host::PluginInterface or an optional one
+template <class Way>
+void addInterface(CLI::App& command, Way& way, const char* help) {
+    const auto choose = [&way](const std::string& name) {
+        way = name == "c" ? host::PluginInterface::C : host::PluginInterface::Cpp;
+    };
+    command.add_option_function<std::string>("--interface", choose, help)
+        ->type_name("INTERFACE")
+        ->check(CLI::IsMember({"cpp", "c"}));
+}
+
+constexpr const char* interfaceHelp =
+    "Use the module's class (cpp, unless told) or its record of C functions (c)";
+constexpr const char* scriptInterfaceHelp =
+    "Make all objects as the module's class (cpp) or as its record of C functions (c), whatever \"kind\" "
+    "their lines hold; the names in \"create\" lines get the C interface's \"c_\" or lose it, so that a "
+    "session runs unchanged either way. Each line decides unless told";
+
 /// The options of all commands and the command that was chosen.
 struct CommandLine {
     CommandLine() {
@@ -37,12 +56,23 @@ struct CommandLine {
         runsScript.add_option("FILE", script.file, "The session file")->required();
         addLogLevel(runsScript, script.logLevel, "Lowest level of the log lines, DBG_TRACE unless told");
         addModule(runsScript, "--module", script.module);
+        addInterface(runsScript, script.onlyInterface, scriptInterfaceHelp);
         runsScript.callback([this] { host::runScript(script); });
+
+        CLI::App& replays = *app.add_subcommand(
+            "replay", "Run a session file and compare what comes of it with the outputs that it holds; exit "
+                      "code 1 tells of a difference");
+        replays.add_option("FILE", replay.file, "The session file")->required();
+        addLogLevel(replays, replay.logLevel, "Lowest level of the log lines, DBG_TRACE unless told");
+        addModule(replays, "--module", replay.module);
+        addInterface(replays, replay.onlyInterface, scriptInterfaceHelp);
+        replays.callback([this] { isAsExpected = host::replaySession(replay); });
 
         CLI::App& watches = *app.add_subcommand(
             "watch", "Print what the plugin shows, and take typed commands, until interrupted");
         addLogLevel(watches, watch.logLevel, "Print the log too, from this level on");
         addModule(watches, "--module", watch.module);
+        addInterface(watches, watch.way, interfaceHelp);
         watches
             .add_option("--scenario", watch.scenario, "State and faults of the stand-in service, a JSON file")
             ->type_name("FILE");
@@ -67,14 +97,17 @@ struct CommandLine {
         CLI::App& informs = *app.add_subcommand("info", "Tell what a module is and offers");
         addModule(informs, "MODULE", info.module);
         informs.add_flag("--json", info.asJson, "As JSON");
+        addInterface(informs, info.way, interfaceHelp);
         informs.callback([this] { host::showInfo(info); });
     }
 
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
-    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE"};
-    host::WatchOptions watch{host::defaultModulePath(), {}, {}};
+    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}};
+    host::ScriptOptions replay = script;
+    bool isAsExpected = true;
+    host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp};
     host::ServeOptions serve{host::defaultModulePath(), "DBG_TRACE", {}, 0, false, 0};
-    host::InfoOptions info{host::defaultModulePath(), false};
+    host::InfoOptions info{host::defaultModulePath(), false, host::PluginInterface::Cpp};
 };
 
 } // namespace
@@ -89,7 +122,7 @@ int main(int argc, char** argv) {
         } catch (const CLI::Error& fault) {
             return fail(fault.what());
         }
-        return 0;
+        return commandLine.isAsExpected ? 0 : exitDifference;
     } catch (const std::exception& fault) {
         return fail(fault.what());
     }

@@ -1,9 +1,11 @@
+#include "Plugins/PresentationPluginCommon/PresentationPluginCbasedMethods.h"
 #include "common/PluginIdentity.h"
 #include "common/api/QuillApiResultText.h"
 #include "common/logging/QuillLogging.h"
 #include "common2/logging/Common2Loggers.h"
 #include "presentation-plugin/PresentationPluginImpl.h"
 #include "wren/Plugin.h"
+#include "wren/PresentationPluginCbased.h"
 
 #include <array>
 #include <exception>
@@ -65,4 +67,15 @@ bool DisposePlugin(Plugin* plugin) {
     COMMON2_LOG(DBG_TRACE, "DisposePlugin") << "Disposing Plugin";
     delete plugin;
     return true;
+}
+
+PresentationPluginCbasedMethods* CreateCbasedPlugin(const char* interfaceName) {
+    return isWanted(interfaceName, cBasedPresentationInterfaceName, "CreateCbasedPlugin")
+               ? CreateCbasedPresentationPlugin()
+               : nullptr;
+}
+
+bool DisposeCbasedPlugin(PresentationPluginCbasedMethods* methods) {
+    COMMON2_LOG(DBG_TRACE, "DisposeCbasedPlugin") << "Disposing Plugin";
+    return DisposeCbasedPresentationPlugin(methods);
 }

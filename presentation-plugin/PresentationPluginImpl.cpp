@@ -1,7 +1,7 @@
 #include "presentation-plugin/PresentationPluginImpl.h"
 
 #include "common/PluginIdentity.h"
-#include "common2/util/OsVerApi.h"
+#include "common/tessel/TesselClientRetriever.h"
 #include "presentation-plugin/PresentationPluginImplRaise.h"
 #include "wren/Plugin.h"
 #include "xml/XmlUINotice.h"
@@ -35,7 +35,7 @@ void logLife(Common2LogSeverity severity, std::string_view happening, std::strin
 std::string describeClient() {
     std::string description = pluginIdentity::suiteAndLabel;
     description.append(" ").append(pluginIdentity::version);
-    return description.append(" (").append(MYOSVER_OS::ToString(OsVerApi().GetType())).append(")");
+    return description.append(" (").append(TesselClientRetriever().getOs()).append(")");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "common/api/JsonFields.h"
 
-#include "common/api/QuillApiResultText.h"
+#include "common2/util/GlobalError.h"
 
 #include <stdexcept>
 

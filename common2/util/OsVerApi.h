@@ -48,6 +48,9 @@ public:
     /// "Linux" or "Windows"; "Unknown" where the system doesn't tell.
     const char* GetFamilyName() const noexcept { return version.family; }
 
+    /// Whether the system itself, not just this process, has 64 bits.
+    static bool Is64BitSystem();
+
 private:
     OsVersion_t version;
 };

@@ -7,27 +7,13 @@
 #pragma once
 
 #include "wren/Export.h"
-
-#include <cstdint>
+#include "wren/PluginInterfaces.h"
 
 /// Name of the C++ interface: `CreatePlugin` takes this one and no other.
-inline constexpr const char* presentationInterfaceName = "com.norvane.vantor.presentation";
+inline constexpr const char* presentationInterfaceName = WREN_PRESENTATION_INTERFACE;
 
-/// Name of the plain C interface, which has a create function of its own.
-inline constexpr const char* cBasedPresentationInterfaceName = "c_com.norvane.vantor.presentation";
-
-/// One interface that the module offers.
-struct PluginInterfaceEntry {
-    const char* name;     ///< NUL-terminated, in static storage of the module
-    std::int32_t version; ///< highest version that the module speaks
-};
-
-/// The interfaces that a module offers. Refers to static storage of the module: nothing to free, valid until
-/// the module is unloaded.
-struct PluginInterfaceList {
-    const PluginInterfaceEntry* entries; ///< `count` entries
-    std::int32_t count;
-};
+/// Name of the plain C interface, which has a create function of its own (wren/PresentationPluginCbased.h).
+inline constexpr const char* cBasedPresentationInterfaceName = WREN_CBASED_PRESENTATION_INTERFACE;
 
 /// Root of every plugin interface. The order of its virtual operations is fixed; the class is exported, so
 /// that a host built apart from the module sees the same class.
@@ -46,9 +32,6 @@ public:
 };
 
 extern "C" {
-
-/// The interfaces of this module. Any thread, at any time, always the same answer.
-WREN_MODULE_API PluginInterfaceList GetAvailableInterfaces();
 
 /// Makes a plugin object. Each object is independent of the others; a host may hold several.
 /// @param interfaceName `presentationInterfaceName`; anything else, null included, is refused

@@ -5,18 +5,9 @@
 #pragma once
 
 #include "wren/Plugin.h"
+#include "wren/PresentationPluginResult.h"
 
 #include <cstdint>
-
-/// Results of the plugin's operations.
-enum PresentationPluginResult : std::int32_t {
-    presentationDone = 0,
-    presentationEncryptUnavailable = -1, ///< from `Encrypt` only
-    presentationNotProvided = -2,        ///< the operation is not provided by this plugin
-    presentationBufferTooSmall = -3,     ///< the required size was written back
-    presentationNullArgument = -4,       ///< a null argument of `Register`
-    presentationFailed = -10,            ///< any other failure; the log explains it
-};
 
 /// The host's callback object, supplied to `Register` and used until `Unregister` or the plugin's end. An
 /// `EventNotification` that is under way on another thread meanwhile may still call it: the object must

@@ -167,6 +167,37 @@ TEST_F(ProgramTest, ScriptEndsObjectsThatTheSessionLeavesBehind) {
     EXPECT_TRUE(outcome.out.ends_with("{\"n\":3,\"out\":\"result\",\"value\":0}\n")) << outcome.out;
 }
 
+TEST_F(ProgramTest, ReplayOfItsOwnRecordingIsAsExpected) {
+    const std::string inputs =
+        "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
+        "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
+        "{\"do\":\"start\"}\n{\"do\":\"stop\"}\n";
+    const std::string recording = runSession(inputs).out;
+    const Outcome outcome = run({"replay", session(recording), "--module", test::echoModule});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_THAT(outcome.out, MatchesRegex(".*a session.jsonl: [0-9]+ outputs as expected\n"));
+}
+
+TEST_F(ProgramTest, ReplayThatDiffersSaysWhereAndExitsWith1) {
+    const Outcome outcome = run(
+        {"replay",
+         session("{\"do\":\"create\",\"name\":\"other\"}\n{\"n\":1,\"out\":\"created\",\"object\":true}\n"),
+         "--log", "DBG_ERROR", "--module", test::echoModule});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_THAT(outcome.out, HasSubstr("a session.jsonl:2: not met\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("expected {\"n\":1,\"out\":\"created\""));
+    EXPECT_FALSE(leftTemporaryFiles());
+}
+
+TEST_F(ProgramTest, ReplayOfABrokenFileExitsWith2) {
+    const Outcome outcome = run({"replay", session("{\"do\":\"interfaces\"}\n{\"out\":\"thing\"}\n")});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.error, MatchesRegex("wren-host: .*a session.jsonl:2: unknown \"out\": \"thing\"\n"));
+}
+
 TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
     const std::vector<std::string> commandLines[] = {
         {},
@@ -184,6 +215,11 @@ TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
         {"info", test::backendLibrary},
         {"info", session("")},
         {"info", "--yaml"},
+        {"info", "--interface", "d"},
+        {"info", test::echoModule, "--interface", "c"},
+        {"watch", "--module", test::echoModule, "--interface", "c"},
+        {"watch", "--interface"},
+        {"script", session("{\"do\":\"interfaces\"}"), "--interface", "C"},
     };
     for (const auto& commandLine : commandLines) {
         const Outcome outcome = run(commandLine);
@@ -193,6 +229,37 @@ TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
             << ::testing::PrintToString(commandLine);
     }
     EXPECT_FALSE(leftTemporaryFiles());
+}
+
+TEST_F(ProgramTest, ScriptMakesAllObjectsThroughTheInterfaceThatIsAskedFor) {
+    for (const std::string kind : {"", R"(,"kind":"cpp")"}) {
+        const std::string file =
+            session("{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"" + kind + "}");
+        const Outcome record = run({"script", file, "--interface", "c"});
+        EXPECT_EQ(record.exitCode, 0);
+        EXPECT_THAT(record.out, HasSubstr("\"function\":\"CreateCbasedPlugin\""));
+        EXPECT_THAT(record.out, HasSubstr("\"out\":\"created\",\"object\":true"));
+        const Outcome object = run({"script", file, "--interface", "cpp"});
+        EXPECT_THAT(object.out, testing::Not(HasSubstr("CreateCbasedPlugin")));
+        EXPECT_THAT(object.out, HasSubstr("\"out\":\"created\",\"object\":true"));
+    }
+}
+
+TEST_F(ProgramTest, InfoIsTheSameThroughTheRecord) {
+    const Outcome record = run({"info", "--interface", "c"});
+    EXPECT_EQ(record.exitCode, 0);
+    EXPECT_THAT(record.out, HasSubstr("label            Wren Gate\n"));
+    EXPECT_EQ(record.out, run({"info"}).out);
+}
+
+TEST_F(ProgramTest, WatchShowsTheScreenThroughTheRecordToo) {
+    Program program({"watch", "--log", "DBG_INFO", "--interface", "c"});
+    program.waitForOutput("Wren Gate: Initializing. Please wait...\n");
+    program.signal(SIGINT);
+    const Outcome outcome = program.finish();
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("log I CreateCbasedPresentationPlugin: Created C Plugin interface"));
+    EXPECT_THAT(outcome.out, HasSubstr("log I DisposeCbasedPresentationPlugin: Disposed C Plugin"));
 }
 
 TEST_F(ProgramTest, HelpIsNoError) {

@@ -111,4 +111,15 @@ TEST_F(SessionRecorder, KeepsLinesWholeWhenThreadsWriteAtOnce) {
     EXPECT_EQ(count, 400);
 }
 
+TEST_F(SessionRecorder, LeavesOutWhatIsLoggedOfTheMachine) {
+    begin();
+    recorder.log({0, "VantorDeviceID::getDeviceDetailsFromCache", "VantorDeviceID", 1, "x"});
+    recorder.log({3, "CHash::GetHash", "Hash", 1, "x"});
+    recorder.log({3, "TesselSandpiperId::IdentifySpMachineId", "TesselSandpiperId", 1, "x"});
+    recorder.log({3, "TesselClientRetriever::TesselClientRetriever", "TesselClientRetriever", 1, "x"});
+    EXPECT_EQ(outputs(), "");
+    recorder.log({0, "VantorDeviceIDs::other", "File", 1, "x"});
+    EXPECT_NE(outputs(), "");
+}
+
 } // namespace

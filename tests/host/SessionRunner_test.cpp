@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <sstream>
 #include <string>
 
@@ -32,13 +33,15 @@ protected:
         }
         return kept;
     }
-    static std::string runWithLog(const std::string& session) {
+    static std::string runWithLog(const std::string& session,
+                                  std::optional<host::PluginInterface> onlyInterface = std::nullopt) {
         std::ostringstream stream;
         host::SessionRecorder recorder(stream);
         const host::LogTap log([&](const host::LogRecord& record) { recorder.log(record); });
         const host::PluginModule module(test::echoModule);
         const host::BackendControls backend;
-        host::SessionRunner(module, backend, recorder).run(host::parseSession(session, "file"));
+        host::SessionRunner(module, backend, recorder, onlyInterface)
+            .run(host::parseSession(session, "file"));
         return stream.str();
     }
     /// What was written of `session` behind `before`.
@@ -48,9 +51,10 @@ protected:
         EXPECT_EQ(all.substr(0, prefix.size()), prefix);
         return all.substr(prefix.size());
     }
-    static std::string errorOf(const std::string& session) {
+    static std::string errorOf(const std::string& session,
+                               std::optional<host::PluginInterface> onlyInterface = std::nullopt) {
         try {
-            runWithLog(session);
+            runWithLog(session, onlyInterface);
         } catch (const host::HostError& fault) {
             return fault.what();
         }
@@ -396,6 +400,33 @@ TEST_F(SessionRunner, CRecordNeedsAModuleThatOffersIt) {
         "could be given a foreign record");
     EXPECT_EQ(errorOf(create + R"({"do":"start","null_handle":true})"),
               "file:2: \"null_handle\" is for objects of kind \"c\"");
+}
+
+TEST_F(SessionRunner, OnlyInterfaceOverrulesKindsAndFitsNames) {
+    const std::pair<std::string, std::string> rows[] = {
+        {R"("name":"c_com.norvane.vantor.presentation","kind":"c")", "com.norvane.vantor.presentation"},
+        {R"("name":"com.norvane.vantor.presentation","kind":"cpp")", "com.norvane.vantor.presentation"},
+        {R"("name":"com.norvane.vantor.presentation")", "com.norvane.vantor.presentation"},
+        {R"("name":"c_other","kind":"c")", "other"},
+        {R"("name":"")", ""},
+        {R"("name":null,"kind":"c")", "(null)"},
+    };
+    for (const auto& [keys, passed] : rows) {
+        const std::string line = R"({"do":"create",)" + keys + "}";
+        const std::string all = runWithLog(line, host::PluginInterface::Cpp);
+        EXPECT_NE(
+            all.find("\"function\":\"CreatePlugin\",\"file\":\"EchoModule\",\"line\":12,\"message\":\"" +
+                     passed + "\"}"),
+            std::string::npos)
+            << all;
+        EXPECT_EQ(all.substr(0, all.find('\n')), line) << "the line is printed as it came";
+    }
+}
+
+TEST_F(SessionRunner, OnlyInterfaceMayBeOneThatTheModuleLacks) {
+    EXPECT_EQ(errorOf(create, host::PluginInterface::C), "file:1: the module exports no CreateCbasedPlugin");
+    EXPECT_EQ(errorOf(R"({"do":"dispose","object":null})", host::PluginInterface::C),
+              "file:1: the module exports no DisposeCbasedPlugin");
 }
 
 TEST_F(SessionRunner, InputThatCannotBeRunIsNotPrinted) {

@@ -107,11 +107,12 @@ std::set<std::string> demangled(const std::vector<std::string>& symbols) {
 }
 
 TEST(ModuleFile, ExportsTheEntryPointsAndTheClassPluginAndNothingElse) {
-    EXPECT_EQ(demangled(host::exportedSymbols(host::defaultModulePath())),
-              (std::set<std::string>{
-                  "CreatePlugin", "DisposePlugin", "GetAvailableInterfaces", "Plugin::Plugin()",
-                  "Plugin::Plugin(Plugin const&)", "Plugin::operator=(Plugin const&)", "Plugin::~Plugin()",
-                  "typeinfo for Plugin", "typeinfo name for Plugin", "vtable for Plugin"}));
+    EXPECT_EQ(
+        demangled(host::exportedSymbols(host::defaultModulePath())),
+        (std::set<std::string>{"CreateCbasedPlugin", "CreatePlugin", "DisposeCbasedPlugin", "DisposePlugin",
+                               "GetAvailableInterfaces", "Plugin::Plugin()", "Plugin::Plugin(Plugin const&)",
+                               "Plugin::operator=(Plugin const&)", "Plugin::~Plugin()", "typeinfo for Plugin",
+                               "typeinfo name for Plugin", "vtable for Plugin"}));
 }
 
 /// A function of an object's table by its place. A destructor takes two places on this platform.

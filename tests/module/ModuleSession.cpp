@@ -130,16 +130,20 @@ std::string screenInShort(const std::string& xml) {
 } // namespace
 
 struct ModuleSession::State {
+    explicit State(std::optional<host::PluginInterface> onlyInterface)
+        : runner(LoadedModule::instance().module, LoadedModule::instance().backend, recorder, onlyInterface) {
+    }
+
     std::ostringstream stream;
     host::SessionRecorder recorder{stream};
     host::LogTap log{[this](const host::LogRecord& record) { recorder.log(record); }};
-    host::SessionRunner runner{LoadedModule::instance().module, LoadedModule::instance().backend, recorder};
+    host::SessionRunner runner;
     std::vector<boost::json::object> outputs;
 };
 
-ModuleSession::ModuleSession() {
+ModuleSession::ModuleSession(std::optional<host::PluginInterface> onlyInterface) {
     LoadedModule::instance();
-    state = std::make_unique<State>();
+    state = std::make_unique<State>(onlyInterface);
 }
 
 ModuleSession::~ModuleSession() { LoadedModule::instance().backend.reset(); }

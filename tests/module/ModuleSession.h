@@ -1,9 +1,12 @@
 /// Drives the real module with the real backend library beside it, through session inputs.
 #pragma once
 
+#include "host/PluginObject.h"
+
 #include <boost/json/object.hpp>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +20,8 @@ using Lines = std::vector<std::string>;
 /// behind are disposed of.
 class ModuleSession {
 public:
-    ModuleSession();
+    /// @param onlyInterface for all objects, whatever the inputs say; none leaves it to them
+    explicit ModuleSession(std::optional<host::PluginInterface> onlyInterface = std::nullopt);
     ModuleSession(const ModuleSession&) = delete;
     ModuleSession& operator=(const ModuleSession&) = delete;
     ~ModuleSession();

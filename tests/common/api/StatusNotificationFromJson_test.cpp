@@ -1,5 +1,5 @@
 #include "common/api/QuillApiDefsUtil.h"
-#include "common/api/QuillApiResultText.h"
+#include "common2/util/GlobalError.h"
 #include "tests/common/api/DecoderFaults.h"
 #include "tests/support/Documents.h"
 

@@ -74,4 +74,11 @@ TEST(OsVerApi, ReadsTheRunningSystem) {
     EXPECT_NE(system.GetVersionText(), "0.0.0");
 }
 
+TEST(OsVerApi, KnowsWhetherTheSystemHas64Bits) {
+    utsname names{};
+    ASSERT_EQ(::uname(&names), 0);
+    const std::string machine = names.machine;
+    EXPECT_EQ(OsVerApi::Is64BitSystem(), machine == "x86_64" || machine == "aarch64");
+}
+
 } // namespace

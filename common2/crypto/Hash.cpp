@@ -1,0 +1,87 @@
+#include "common2/crypto/Hash.h"
+
+#include "common2/logging/Common2Loggers.h"
+#include "common2/util/GlobalError.h"
+
+#include <openssl/err.h>
+#include <openssl/evp.h>
+
+#include <array>
+#include <string_view>
+
+namespace {
+
+constexpr std::string_view digits = "0123456789ABCDEF";
+static_assert(EVP_MAX_MD_SIZE == 64);
+
+/// Leaves the thread's queue of errors, which is the whole process's business, as it was.
+class ErrorQueueGuard {
+public:
+    ErrorQueueGuard() { ERR_set_mark(); }
+    ErrorQueueGuard(const ErrorQueueGuard&) = delete;
+    ErrorQueueGuard& operator=(const ErrorQueueGuard&) = delete;
+    ~ErrorQueueGuard() { ERR_pop_to_mark(); }
+};
+
+} // namespace
+
+void CHash::FreeContext::operator()(EVP_MD_CTX* digest) const noexcept { EVP_MD_CTX_free(digest); }
+
+CHash::CHash(std::error_code& error, const char* digestName) {
+    error.clear();
+    if (!digestName) {
+        error = makeGlobalError(QuillApiResult::NullPointer);
+        return;
+    }
+    const ErrorQueueGuard guard;
+    EVP_MD* digest = EVP_MD_fetch(nullptr, digestName, nullptr);
+    if (!digest) {
+        error = makeGlobalError(QuillApiResult::NotSupported);
+        return;
+    }
+    context.reset(EVP_MD_CTX_new());
+    if (!context || EVP_DigestInit_ex(context.get(), digest, nullptr) != 1) {
+        context.reset();
+        error = makeGlobalError(QuillApiResult::AllocFailed);
+    }
+    EVP_MD_free(digest);
+}
+
+std::error_code CHash::Update(const void* data, std::size_t size) {
+    if (!context) {
+        return makeGlobalError(QuillApiResult::InvalidState);
+    }
+    if (!data && size > 0) {
+        return makeGlobalError(QuillApiResult::NullPointer);
+    }
+    const ErrorQueueGuard guard;
+    return EVP_DigestUpdate(context.get(), data, size) == 1 ? std::error_code()
+                                                            : makeGlobalError(QuillApiResult::Unexpected);
+}
+
+std::error_code CHash::GetHash(std::string& text) {
+    text.clear();
+    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+    unsigned int size = 0;
+    auto result = QuillApiResult::Success;
+    if (!context) {
+        result = QuillApiResult::InvalidState;
+    } else {
+        const ErrorQueueGuard guard;
+        if (EVP_DigestFinal_ex(context.get(), digest.data(), &size) != 1) {
+            result = QuillApiResult::Unexpected;
+        }
+        context.reset();
+    }
+    if (result != QuillApiResult::Success) {
+        COMMON2_LOG(DBG_ERROR, "CHash::GetHash")
+            << "CHash::GetHash failed: " << static_cast<unsigned>(result);
+        return makeGlobalError(result);
+    }
+    text.reserve(2 * size);
+    for (unsigned int at = 0; at < size; ++at) {
+        text += digits[digest[at] >> 4];
+        text += digits[digest[at] & 0xF];
+    }
+    return {};
+}
