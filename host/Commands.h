@@ -16,9 +16,11 @@ struct ScriptOptions {
     std::filesystem::path module;
     std::string logLevel;                         ///< one of `logLevels`
     std::optional<PluginInterface> onlyInterface; ///< for all objects; none leaves it to the file's lines
+    bool isStrict = false;                        ///< whether broken rules are looked for
 };
-/// Runs a session file and prints it with its outputs.
-void runScript(const ScriptOptions& options);
+/// Runs a session file and prints it with its outputs. Broken rules go to standard error.
+/// @return whether no rule was broken
+bool runScript(const ScriptOptions& options);
 
 /// Runs a session file's inputs and compares what comes of them with the outputs in the file. Prints the
 /// first difference, or that there is none.

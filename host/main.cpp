@@ -57,7 +57,10 @@ struct CommandLine {
         addLogLevel(runsScript, script.logLevel, "Lowest level of the log lines, DBG_TRACE unless told");
         addModule(runsScript, "--module", script.module);
         addInterface(runsScript, script.onlyInterface, scriptInterfaceHelp);
-        runsScript.callback([this] { host::runScript(script); });
+        runsScript.add_flag("--strict", script.isStrict,
+                            "Look for broken rules and print them to standard error; exit code 1 tells that "
+                            "there were some");
+        runsScript.callback([this] { isAsExpected = host::runScript(script); });
 
         CLI::App& replays = *app.add_subcommand(
             "replay", "Run a session file and compare what comes of it with the outputs that it holds; exit "
@@ -102,7 +105,7 @@ struct CommandLine {
     }
 
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
-    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}};
+    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}, false};
     host::ScriptOptions replay = script;
     bool isAsExpected = true;
     host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp};

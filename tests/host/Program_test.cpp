@@ -142,6 +142,33 @@ TEST_F(ProgramTest, ScriptPrintsTheSession) {
     EXPECT_FALSE(leftTemporaryFiles());
 }
 
+TEST_F(ProgramTest, StrictScriptNamesTheRulesThatAreBrokenAndExitsWith1) {
+    const std::string file = session(
+        "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
+        "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
+        "{\"do\":\"event\",\"xml\":\"notice <vtguiNotice/>\"}\n");
+    const Outcome outcome = run({"script", file, "--strict", "--module", test::echoModule});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.error,
+              "wren-host: rule broken: foreign-module: \"module\" = \"\" (A notice names the "
+              "module that it comes from.)\n"
+              "wren-host: rule broken: missing-attribute: \"type\" of <vtguiNotice> (An element "
+              "has the attributes that it cannot do without.)\n");
+    EXPECT_EQ(outcome.out, run({"script", file, "--module", test::echoModule}).out);
+}
+
+TEST_F(ProgramTest, StrictScriptOfTheModuleBreaksNoRule) {
+    const Outcome outcome = run(
+        {"script",
+         session(
+             "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
+             "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
+             "{\"do\":\"start\"}\n{\"do\":\"stop\"}\n{\"do\":\"unregister\"}\n{\"do\":\"dispose\"}\n"),
+         "--strict"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.error, "");
+}
+
 TEST_F(ProgramTest, ScriptThatFailsOnItsWayHasPrintedWhatItDid) {
     const Outcome outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"start\"}\n");
     EXPECT_EQ(outcome.exitCode, 2);
