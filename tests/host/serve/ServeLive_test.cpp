@@ -360,8 +360,11 @@ TEST_F(ServeLive, ViewersHearOfTheEnd) {
 
 TEST_F(ServeLive, SlowHostStaysAnswerable) {
     ViewerClient viewer(program);
+    awaitTile(viewer);
     EXPECT_EQ(viewer.request(R"("do":"slow","milliseconds":5000)"), "");
-    EXPECT_EQ(viewer.request(R"("do":"deliver","document":"StatusNotification","json":"{}")"), "");
+    EXPECT_EQ(viewer.request(R"("do":"deliver","document":"StatusNotification","json":"slow")"), "");
+    viewer.readUntil([&] { return viewer.hasEntry(R"("json":"slow")"); });
+    EXPECT_EQ(viewer.request(R"("do":"clear_history")"), "");
     EXPECT_EQ(program.get("").result_int(), 200u);
 }
 
