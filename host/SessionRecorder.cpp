@@ -7,25 +7,9 @@
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
-#include <algorithm>
-#include <array>
-
 namespace host {
 
 namespace json = boost::json;
-
-namespace {
-
-/// The classes that find out what the client is, and on which machine it runs.
-constexpr std::array<std::string_view, 4> identityClasses{
-    "VantorDeviceID::", "CHash::", "TesselSandpiperId::", "TesselClientRetriever::"};
-
-bool tellsOfTheMachine(const LogRecord& record) {
-    return std::ranges::any_of(identityClasses,
-                               [&](std::string_view name) { return record.function.starts_with(name); });
-}
-
-} // namespace
 
 void SessionRecorder::output(const boost::json::object& fields) {
     const std::lock_guard lock(mutex);
@@ -94,7 +78,7 @@ void SessionRecorder::stopDone(std::string_view callbacks, std::uintptr_t handle
 void SessionRecorder::apiCall(const char* operation, const char* json) { output(apiLine(operation, json)); }
 
 void SessionRecorder::log(const LogRecord& record) {
-    if (!tellsOfTheMachine(record)) {
+    if (!tellsOfTheMachine(record.function)) {
         output(logLine(record));
     }
 }

@@ -329,6 +329,33 @@ TEST_F(ProgramTest, WatchPrintsUntilItIsInterrupted) {
     }
 }
 
+TEST_F(ProgramTest, WatchRecordsWhatReplaysAlike) {
+    for (const std::string interface : {"cpp", "c"}) {
+        const std::string file = session("");
+        Program program({"watch", "--record", file, "--interface", interface});
+        program.waitForOutput("Registration is required to access secure resources.\n");
+        program.signal(SIGINT);
+        EXPECT_EQ(program.finish().exitCode, 0);
+        const Outcome outcome = run({"replay", file});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.out << outcome.error;
+        EXPECT_THAT(outcome.out, testing::EndsWith(" outputs as expected\n"));
+    }
+}
+
+TEST_F(ProgramTest, WatchTellsOfBrokenRules) {
+    Program program({"watch", "--module", test::echoModule});
+    program.waitForOutput("rule broken: readable-notice: not XML");
+    program.signal(SIGINT);
+    EXPECT_EQ(program.finish().exitCode, 0);
+}
+
+TEST_F(ProgramTest, WatchThatCannotRecordSaysSoBeforeItRuns) {
+    const Outcome outcome = run({"watch", "--record", "/nonexistent/file"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.error, "wren-host: cannot write the recording /nonexistent/file\n");
+}
+
 TEST_F(ProgramTest, WatchPrintsTheLogWhereItIsAskedTo) {
     Program program({"watch", "--log", "DBG_TRACE", "--module", test::echoModule});
     program.waitForOutput("Unreadable notice");
