@@ -8,15 +8,14 @@
 #include "host/serve/LiveHost.h"
 #include "host/serve/LiveView.h"
 #include "host/serve/MachineTracker.h"
+#include "host/serve/Recording.h"
 #include "host/serve/ServerLoop.h"
 #include "host/serve/WebServer.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 
-#include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <string>
 
 namespace host {
@@ -33,11 +32,6 @@ std::string jsonAsset(const std::filesystem::path& file) {
     return error ? std::string() : boost::json::serialize(value);
 }
 
-int severityOf(const std::string& level) {
-    return static_cast<int>(std::find(std::begin(logLevels), std::end(logLevels), level) -
-                            std::begin(logLevels));
-}
-
 void loadScenario(serve::LiveHost& live, const std::filesystem::path& file) {
     try {
         live.loadScenario(readFile(file));
@@ -52,7 +46,9 @@ void serveScreen(const ServeOptions& options) {
     Interrupt interrupt;
     const std::filesystem::path folder = serve::defaultAssetFolder();
     const serve::Assets assets(folder);
-    serve::Journal journal({});
+    const serve::Secrets secrets = options.keepsSecrets ? serve::Secrets::Kept : serve::Secrets::BlankedOut;
+    serve::RecordingFile recording(options.recording, secrets);
+    serve::Journal journal(recording.limits());
     serve::MachineTracker tracker;
     serve::ServerLoop loop;
     journal.setSignal([&loop] { loop.rouse(); });
@@ -61,9 +57,7 @@ void serveScreen(const ServeOptions& options) {
                          {options.module.string(), jsonAsset(folder / "scenario.schema.json"),
                           jsonAsset(folder / "app" / "machine.json"), live.standIn() != nullptr},
                          [&assets](std::string_view name) { return assets.find(name) != nullptr; });
-    serve::WebServer server(
-        loop, view, assets,
-        {options.port, options.keepsSecrets ? serve::Secrets::Kept : serve::Secrets::BlankedOut});
+    serve::WebServer server(loop, view, assets, {options.port, secrets});
     if (!options.scenario.empty()) {
         loadScenario(live, options.scenario);
     }
@@ -73,6 +67,7 @@ void serveScreen(const ServeOptions& options) {
     interrupt.wait();
     live.close();
     server.stop("the host has ended");
+    recording.write(journal);
 }
 
 } // namespace host

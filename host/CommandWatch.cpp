@@ -6,15 +6,23 @@
 #include "host/Interrupt.h"
 #include "host/LogLevel.h"
 #include "host/LogTap.h"
+#include "host/OutputLines.h"
 #include "host/PluginModule.h"
 #include "host/PluginObject.h"
 #include "host/ScreenModel.h"
 #include "host/ScreenPrinter.h"
 #include "host/Text.h"
 #include "host/TypedCommand.h"
+#include "host/serve/Journal.h"
+#include "host/serve/JournaledBackend.h"
+#include "host/serve/Recording.h"
+#include "host/serve/TurnGate.h"
+#include "host/strict/StrictHost.h"
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -154,9 +162,119 @@ std::string tellService(Function function, const std::string& json) {
     return function(json.c_str(), error, sizeof error) ? std::string() : std::string(error);
 }
 
+/// The plugin and the service under it, with a journal of what happens.
+class WatchedPlugin {
+public:
+    WatchedPlugin(const WatchOptions& options, Watcher& usedWatcher, serve::Journal& usedJournal)
+        : watcher(usedWatcher)
+        , journal(usedJournal)
+        , way(options.way)
+        , strict([this](const Violation& violation) { watcher.say(lineOf(violation)); })
+        , log([this, options](const LogRecord& record) {
+            journal.output(logLine(record));
+            if (!options.logLevel.empty() && record.severity >= severityOf(options.logLevel)) {
+                watcher.onLog(record);
+            }
+        })
+        , module(load(options))
+        , journaledBackend(backend, journal, gate, strict.calls())
+        , callbacks(strict.makeCallbacks(
+              [this](std::uintptr_t handle, const char* xml) {
+                  journal.output(noticeLine(callbacksName, handle, xml));
+                  watcher.onNotice(xml);
+              },
+              [this](std::uintptr_t handle) { journal.output(stopDoneLine(callbacksName, handle)); })) {}
+
+    const BackendControls& service() const { return backend; }
+
+    void start();
+    void send(const std::string& event) {
+        boost::json::object line{{"do", "event"}};
+        addText(line, "xml", event);
+        call(std::move(line), serve::Turn::Kind::Plain,
+             [&] { return plugin->EventNotification(event.c_str()); });
+    }
+    void stop();
+
+private:
+    static constexpr const char* callbacksName = "host";
+
+    /// All that the module logs, where it is asked for at all: a recording has to hold what a replay logs.
+    static PluginModule load(const WatchOptions& options) {
+        return options.logLevel.empty() && options.recording.empty()
+                   ? PluginModule(options.module)
+                   : loadModule(options.module, logLevels[0]);
+    }
+    std::int32_t call(boost::json::object line, serve::Turn::Kind kind,
+                      const std::function<std::int32_t()>& operation) {
+        const serve::Turn turn(gate, kind);
+        const serve::JournaledInput input(journal, std::move(line));
+        const std::int32_t result = operation();
+        journal.output(resultLine(result));
+        return result;
+    }
+    void create();
+
+    Watcher& watcher;
+    serve::Journal& journal;
+    const PluginInterface way;
+    StrictHost strict;
+    const LogTap log;
+    const PluginModule module;
+    const BackendControls backend;
+    serve::TurnGate gate;
+    serve::JournaledBackend journaledBackend;
+    HostTranslator translator;
+    std::unique_ptr<HostCallbacks> callbacks;
+    std::unique_ptr<PluginObject> plugin;
+};
+
+void WatchedPlugin::create() {
+    const bool isC = way == PluginInterface::C;
+    boost::json::object line{{"do", "create"},
+                             {"name", isC ? cBasedPresentationInterfaceName : presentationInterfaceName}};
+    if (isC) {
+        line.emplace("kind", "c");
+    }
+    const serve::Turn turn(gate, serve::Turn::Kind::Plain);
+    const serve::JournaledInput input(journal, std::move(line));
+    plugin = strict.watched(makePlugin(module, way));
+    journal.output(createdLine(plugin != nullptr));
+}
+
+void WatchedPlugin::start() {
+    using Kind = serve::Turn::Kind;
+    create();
+    require(plugin != nullptr, "created");
+    require(call({{"do", "register"},
+                  {"arguments", ""},
+                  {"callbacks", callbacksName},
+                  {"translator", true},
+                  {"handle", hostHandle}},
+                 Kind::Plain,
+                 [this] { return plugin->Register("", hostHandle, callbacks.get(), &translator); }) ==
+                presentationDone,
+            "registered");
+    require(call({{"do", "start"}}, Kind::Plain, [this] { return plugin->Start(); }) == presentationDone,
+            "started");
+}
+
+void WatchedPlugin::stop() {
+    using Kind = serve::Turn::Kind;
+    require(call({{"do", "stop"}}, Kind::Stopping, [this] { return plugin->Stop(0); }) == presentationDone,
+            "stopped");
+    require(call({{"do", "unregister"}}, Kind::Stopping, [this] { return plugin->Unregister(); }) ==
+                presentationDone,
+            "unregistered");
+    const serve::Turn turn(gate, Kind::Stopping);
+    const serve::JournaledInput input(journal, {{"do", "dispose"}});
+    const bool isDone = plugin->dispose();
+    plugin.reset();
+    journal.output(resultLine(isDone));
+}
+
 /// Takes typed commands until the user leaves or interrupts; after the input's end, until the latter.
-void serveTyped(Interrupt& interrupt, Watcher& watcher, const BackendControls& backend,
-                PluginObject& plugin) {
+void serveTyped(Interrupt& interrupt, Watcher& watcher, WatchedPlugin& plugin) {
     TypedLines lines;
     while (interrupt.waitForInput()) {
         if (!lines.read()) {
@@ -169,12 +287,19 @@ void serveTyped(Interrupt& interrupt, Watcher& watcher, const BackendControls& b
                 return;
             }
             if (!reply.event.empty()) {
-                plugin.EventNotification(reply.event.c_str());
+                plugin.send(reply.event);
             }
             if (!reply.knobs.empty()) {
-                watcher.say(tellService(backend.set, reply.knobs));
+                watcher.say(tellService(plugin.service().set, reply.knobs));
             }
         }
+    }
+}
+
+void loadScenario(const BackendControls& service, const std::filesystem::path& file) {
+    const std::string fault = tellService(service.loadScenario, readFile(file));
+    if (!fault.empty()) {
+        throw HostError(file.string() + ": " + fault);
     }
 }
 
@@ -182,35 +307,22 @@ void serveTyped(Interrupt& interrupt, Watcher& watcher, const BackendControls& b
 
 void watchScreen(const WatchOptions& options) {
     Interrupt interrupt;
-    const bool showsLog = !options.logLevel.empty();
+    serve::RecordingFile recording(options.recording,
+                                   options.keepsSecrets ? serve::Secrets::Kept : serve::Secrets::BlankedOut);
+    serve::Journal journal(recording.limits());
+    journal.setSignal([&journal] { journal.takeNew(); }); // nobody follows it
     Watcher watcher;
-    const LogTap log([&](const LogRecord& record) {
-        if (showsLog) {
-            watcher.onLog(record);
+    {
+        WatchedPlugin plugin(options, watcher, journal);
+        if (!options.scenario.empty()) {
+            loadScenario(plugin.service(), options.scenario);
         }
-    });
-    const PluginModule module =
-        showsLog ? loadModule(options.module, options.logLevel) : PluginModule(options.module);
-    const BackendControls backend;
-    if (!options.scenario.empty()) {
-        const std::string fault = tellService(backend.loadScenario, readFile(options.scenario));
-        if (!fault.empty()) {
-            throw HostError(options.scenario.string() + ": " + fault);
-        }
+        watcher.learnLogins(plugin.service());
+        plugin.start();
+        serveTyped(interrupt, watcher, plugin);
+        plugin.stop();
     }
-    watcher.learnLogins(backend);
-    HostTranslator translator;
-    HostCallbacks callbacks([&](std::uintptr_t, const char* xml) { watcher.onNotice(xml); },
-                            [](std::uintptr_t) {});
-    auto plugin = makePlugin(module, options.way);
-    require(plugin != nullptr, "created");
-    require(plugin->Register("", hostHandle, &callbacks, &translator) == presentationDone, "registered");
-    require(plugin->Start() == presentationDone, "started");
-    serveTyped(interrupt, watcher, backend, *plugin);
-    require(plugin->Stop(0) == presentationDone, "stopped");
-    require(plugin->Unregister() == presentationDone, "unregistered");
-    plugin.reset();
-    backend.forgetReceivers();
+    recording.write(journal);
 }
 
 } // namespace host

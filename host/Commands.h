@@ -16,9 +16,11 @@ struct ScriptOptions {
     std::filesystem::path module;
     std::string logLevel;                         ///< one of `logLevels`
     std::optional<PluginInterface> onlyInterface; ///< for all objects; none leaves it to the file's lines
+    bool isStrict = false;                        ///< whether broken rules are looked for
 };
-/// Runs a session file and prints it with its outputs.
-void runScript(const ScriptOptions& options);
+/// Runs a session file and prints it with its outputs. Broken rules go to standard error.
+/// @return whether no rule was broken
+bool runScript(const ScriptOptions& options);
 
 /// Runs a session file's inputs and compares what comes of them with the outputs in the file. Prints the
 /// first difference, or that there is none.
@@ -38,17 +40,20 @@ struct WatchOptions {
     std::string logLevel;           ///< one of `logLevels`, or empty to leave the log out
     std::filesystem::path scenario; ///< of the stand-in service; empty for its usual one
     PluginInterface way = PluginInterface::Cpp;
+    std::filesystem::path recording; ///< the session file to write; empty: none
+    bool keepsSecrets = false;       ///< in the recording
 };
 /// Runs the module and prints what its user would see, until the program is interrupted.
 void watchScreen(const WatchOptions& options);
 
 struct ServeOptions {
     std::filesystem::path module;
-    std::string logLevel;           ///< one of `logLevels`: of the log lines that viewers get
-    std::filesystem::path scenario; ///< of the stand-in service; empty for its usual one
-    unsigned short port = 0;        ///< 0: any that is free
-    bool keepsSecrets = false;      ///< in recordings
-    std::uint32_t slowness = 0;     ///< milliseconds that the host takes for each notice
+    std::string logLevel;                 ///< one of `logLevels`: of the log lines that viewers get
+    std::filesystem::path scenario;       ///< of the stand-in service; empty for its usual one
+    unsigned short port = 0;              ///< 0: any that is free
+    bool keepsSecrets = false;            ///< in recordings
+    std::uint32_t slowness = 0;           ///< milliseconds that the host takes for each notice
+    std::filesystem::path recording = {}; ///< the session file to write at the end; empty: none
 };
 /// Runs the module and shows its screen to browsers on this machine, until the program is interrupted.
 void serveScreen(const ServeOptions& options);

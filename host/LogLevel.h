@@ -11,6 +11,10 @@ namespace host {
 /// The names of the levels, from the chattiest.
 inline constexpr const char* logLevels[] = {"DBG_TRACE", "DBG_INFO", "DBG_WARN", "DBG_ERROR"};
 
+/// The severity that a level begins with.
+/// @param level one of `logLevels`
+int severityOf(const std::string& level);
+
 /// A private data folder for a module that is loaded while this exists: its log configuration lets pass what
 /// is at or above one level. The folder goes with the object.
 class LogLevelFolder {

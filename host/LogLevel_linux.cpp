@@ -2,8 +2,10 @@
 
 #include "host/HostError.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <system_error>
 
 namespace host {
@@ -35,6 +37,11 @@ void writeConfiguration(const fs::path& programData, const std::string& level) {
 }
 
 } // namespace
+
+int severityOf(const std::string& level) {
+    return static_cast<int>(std::find(std::begin(logLevels), std::end(logLevels), level) -
+                            std::begin(logLevels));
+}
 
 LogLevelFolder::LogLevelFolder(const std::string& level)
     : folder(makePrivateFolder()) {

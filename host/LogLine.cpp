@@ -1,7 +1,5 @@
 #include "host/LogLine.h"
 
-#include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstddef>
 #include <optional>
@@ -45,10 +43,6 @@ bool takePlace(std::string_view& rest, LogRecord& record) {
     return false;
 }
 
-/// The classes that find out about client and machine.
-constexpr std::array<std::string_view, 4> identityClasses{
-    "VantorDeviceID::", "CHash::", "TesselSandpiperId::", "TesselClientRetriever::"};
-
 } // namespace
 
 LogRecord parseLogLine(std::string_view text) {
@@ -65,11 +59,6 @@ LogRecord parseLogLine(std::string_view text) {
         }
     }
     return {unknownSeverity, {}, {}, 0, std::string(text)};
-}
-
-bool tellsOfTheMachine(std::string_view function) noexcept {
-    return std::ranges::any_of(identityClasses,
-                               [&](std::string_view name) { return function.starts_with(name); });
 }
 
 } // namespace host

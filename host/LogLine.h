@@ -27,8 +27,4 @@ inline constexpr int unknownSeverity = 4;
 /// the message of a record of unknown severity, so that nothing is lost.
 LogRecord parseLogLine(std::string_view text);
 
-/// Whether the records of that function tell what the client is and on which machine it runs. Sessions leave
-/// them out, since they run alike on every machine.
-bool tellsOfTheMachine(std::string_view function) noexcept;
-
 } // namespace host

@@ -52,13 +52,16 @@ NoticeElement parseNotice(std::string_view xml) {
     std::string text(xml); // parsed in place
     rapidxml::xml_document<char> document;
     try {
-        document.parse<0>(text.data());
+        document.parse<rapidxml::parse_validate_closing_tags>(text.data());
     } catch (const rapidxml::parse_error& fault) {
         throw HostError(std::string("not XML: ") + fault.what());
     }
     const Node* root = document.first_node();
     if (root == nullptr || nameOf(*root) != rootName) {
         throw HostError("the root element is not \"vtguiNotice\"");
+    }
+    if (root->next_sibling() != nullptr) {
+        throw HostError("there is more than one root element");
     }
     return copyOf(*root);
 }

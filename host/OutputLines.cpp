@@ -2,9 +2,20 @@
 
 #include "host/Text.h"
 
+#include <algorithm>
+#include <array>
+
 namespace host {
 
 namespace json = boost::json;
+
+namespace {
+
+/// The classes that find out what the client is, and on which machine it runs.
+constexpr std::array<std::string_view, 4> identityClasses{
+    "VantorDeviceID::", "CHash::", "TesselSandpiperId::", "TesselClientRetriever::"};
+
+} // namespace
 
 void addText(json::object& line, std::string_view key, std::string_view text) {
     if (isUtf8(text)) {
@@ -51,6 +62,11 @@ json::object logLine(const LogRecord& record) {
     line.emplace("line", record.line);
     addText(line, "message", record.message);
     return line;
+}
+
+bool tellsOfTheMachine(std::string_view function) {
+    return std::any_of(identityClasses.begin(), identityClasses.end(),
+                       [&](std::string_view name) { return function.starts_with(name); });
 }
 
 } // namespace host

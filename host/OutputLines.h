@@ -26,4 +26,8 @@ boost::json::object stopDoneLine(std::string_view callbacks, std::uintptr_t hand
 boost::json::object apiLine(const char* operation, const char* json);
 boost::json::object logLine(const LogRecord& record);
 
+/// Whether a function of that name logs what it finds out of the machine. Sessions leave that out: they run
+/// alike on every machine.
+bool tellsOfTheMachine(std::string_view function);
+
 } // namespace host

@@ -48,11 +48,13 @@ std::string named(const SessionInput& input) { return "object \"" + input.object
 } // namespace
 
 SessionRunner::SessionRunner(const PluginModule& usedModule, const BackendControls& usedBackend,
-                             SessionRecorder& usedRecorder, std::optional<PluginInterface> wantedInterface)
+                             SessionRecorder& usedRecorder, std::optional<PluginInterface> wantedInterface,
+                             StrictHost* strictHost)
     : module(usedModule)
     , backend(usedBackend)
     , recorder(usedRecorder)
-    , onlyInterface(wantedInterface) {
+    , onlyInterface(wantedInterface)
+    , strict(strictHost) {
     backend.setQuiet(true);
     backend.observe(&SessionRunner::onApiCall, this);
 }
@@ -194,6 +196,9 @@ void SessionRunner::create(const SessionInput& input) {
     const PluginInterface way = interfaceOf(input);
     const std::optional<std::string> name = nameOf(input);
     auto plugin = makePlugin(module, way, name ? name->c_str() : nullptr);
+    if (strict != nullptr) {
+        plugin = strict->watched(std::move(plugin));
+    }
     const bool hasObject = plugin != nullptr;
     NamedObject& object = objects.try_emplace(input.object()).first->second;
     if (hasObject) {
@@ -288,6 +293,10 @@ void SessionRunner::callInert(const SessionInput& input, PluginObject& plugin) {
 }
 
 void SessionRunner::deliver(const SessionInput& input) {
+    std::optional<CallWatch::Call> timed;
+    if (strict != nullptr) {
+        timed.emplace(strict->calls(), input.text("document"));
+    }
     // A connection whose start failed has no receiver; the one before it still may.
     const auto& connections = objects.find(input.object())->second.connections;
     for (auto connection = connections.rbegin(); connection != connections.rend(); ++connection) {
@@ -314,9 +323,15 @@ void SessionRunner::tellBackend(const SessionInput& input) {
 HostCallbacks* SessionRunner::callbacksOf(const std::string& name) {
     auto& made = callbacks[name];
     if (!made) {
-        made = std::make_unique<HostCallbacks>(
-            [this, name](std::uintptr_t handle, const char* xml) { recorder.notice(name, handle, xml); },
-            [this, name](std::uintptr_t handle) { recorder.stopDone(name, handle); });
+        HostCallbacks::NoticeHandler onNotice = [this, name](std::uintptr_t handle, const char* xml) {
+            recorder.notice(name, handle, xml);
+        };
+        HostCallbacks::StopDoneHandler onStopDone = [this, name](std::uintptr_t handle) {
+            recorder.stopDone(name, handle);
+        };
+        made = strict != nullptr
+                   ? strict->makeCallbacks(std::move(onNotice), std::move(onStopDone))
+                   : std::make_unique<HostCallbacks>(std::move(onNotice), std::move(onStopDone));
     }
     return made.get();
 }

@@ -7,6 +7,7 @@
 #include "host/PluginObject.h"
 #include "host/SessionFile.h"
 #include "host/SessionRecorder.h"
+#include "host/strict/StrictHost.h"
 
 #include <cstdint>
 #include <map>
@@ -24,8 +25,10 @@ public:
     /// Module, backend and recorder must outlive the runner.
     /// @param onlyInterface makes every object of the session through that interface, whatever its line says:
     ///     the names that "create" lines hold get the "c_" of the C interface's name, or lose it
+    /// @param strictHost watches all calls and callbacks; null: nobody does. It must outlive the runner
     SessionRunner(const PluginModule& module, const BackendControls& backend, SessionRecorder& recorder,
-                  std::optional<PluginInterface> onlyInterface = std::nullopt);
+                  std::optional<PluginInterface> onlyInterface = std::nullopt,
+                  StrictHost* strictHost = nullptr);
     SessionRunner(const SessionRunner&) = delete;
     SessionRunner& operator=(const SessionRunner&) = delete;
     ~SessionRunner();
@@ -72,6 +75,7 @@ private:
     const BackendControls& backend;
     SessionRecorder& recorder;
     std::optional<PluginInterface> onlyInterface;
+    StrictHost* const strict; ///< may be null
     HostTranslator translator;
     std::map<std::string, std::unique_ptr<HostCallbacks>> callbacks;
     std::vector<std::unique_ptr<PluginObject>> replaced; ///< objects whose name went to a later one

@@ -9,4 +9,7 @@ namespace host {
 /// yet.
 void setTimeZone(const std::string& zone);
 
+/// The name of the zone that local time is of; empty where the system does not tell.
+std::string timeZone();
+
 } // namespace host

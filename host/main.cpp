@@ -41,6 +41,15 @@ void addInterface(CLI::App& command, Way& way, const char* help) {
         ->check(CLI::IsMember({"cpp", "c"}));
 }
 
+void addRecording(CLI::App& command, std::filesystem::path& recording, bool& keepsSecrets) {
+    command
+        .add_option("--record", recording,
+                    "Write what happens to a session file, which \"replay\" runs again, at the end")
+        ->type_name("FILE");
+    command.add_flag("--with-secrets", keepsSecrets,
+                     "Keep cookies, values of browsers and queries of URLs in recordings");
+}
+
 constexpr const char* interfaceHelp =
     "Use the module's class (cpp, unless told) or its record of C functions (c)";
 constexpr const char* scriptInterfaceHelp =
@@ -59,7 +68,10 @@ struct CommandLine {
         addLogLevel(runsScript, script.logLevel, "Lowest level of the log lines, DBG_TRACE unless told");
         addModule(runsScript, "--module", script.module);
         addInterface(runsScript, script.onlyInterface, scriptInterfaceHelp);
-        runsScript.callback([this] { host::runScript(script); });
+        runsScript.add_flag("--strict", script.isStrict,
+                            "Look for broken rules and print them to standard error; exit code 1 tells that "
+                            "there were some");
+        runsScript.callback([this] { isAsExpected = host::runScript(script); });
 
         CLI::App& replays = *app.add_subcommand(
             "replay", "Run a session file and compare what comes of it with the outputs that it holds; exit "
@@ -78,6 +90,7 @@ struct CommandLine {
         watches
             .add_option("--scenario", watch.scenario, "State and faults of the stand-in service, a JSON file")
             ->type_name("FILE");
+        addRecording(watches, watch.recording, watch.keepsSecrets);
         watches.callback([this] { host::watchScreen(watch); });
 
         CLI::App& serves = *app.add_subcommand(
@@ -88,7 +101,7 @@ struct CommandLine {
         serves
             .add_option("--scenario", serve.scenario, "State and faults of the stand-in service, a JSON file")
             ->type_name("FILE");
-        serves.add_flag("--with-secrets", serve.keepsSecrets, "Keep cookies in recordings");
+        addRecording(serves, serve.recording, serve.keepsSecrets);
         serves
             .add_option("--slow", serve.slowness,
                         "Milliseconds that the host takes for each notice, 5000 at most")
@@ -104,10 +117,10 @@ struct CommandLine {
     }
 
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
-    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}};
+    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}, false};
     host::ScriptOptions replay = script;
     bool isAsExpected = true;
-    host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp};
+    host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp, {}, false};
     host::ServeOptions serve{host::defaultModulePath(), "DBG_TRACE", {}, 0, false, 0};
     host::InfoOptions info{host::defaultModulePath(), false, host::PluginInterface::Cpp};
 };

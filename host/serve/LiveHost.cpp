@@ -3,11 +3,9 @@
 #include "host/HostError.h"
 #include "host/LogLevel.h"
 #include "host/OutputLines.h"
-#include "host/SessionFormat.h"
 
 #include <algorithm>
 #include <cstring>
-#include <span>
 #include <string_view>
 #include <utility>
 
@@ -28,9 +26,6 @@ std::optional<BackendControls> findStandIn() {
     }
 }
 
-/// The documents' names, in their order.
-std::span<const std::string_view> documentNames() { return lineRules("deliver").front().keys.front().words; }
-
 json::object inputLine(const char* word, std::string_view key, std::string_view text) {
     json::object line{{"do", word}};
     addText(line, key, text);
@@ -45,9 +40,15 @@ std::string tell(Function function, const std::string& text) {
     return function(text.c_str(), error, sizeof error) ? std::string() : std::string(error);
 }
 
-using Getter = std::int32_t (IPresentationPlugin::*)(char*, std::uint32_t*);
+json::object violationLine(const Violation& violation) {
+    json::object line{{"out", "violation"}, {"rule", violation.name()}};
+    addText(line, "text", violation.text);
+    return line;
+}
 
-std::string textOf(IPresentationPluginV3& plugin, Getter getter) {
+using Getter = std::int32_t (PluginObject::*)(char*, std::uint32_t*);
+
+std::string textOf(PluginObject& plugin, Getter getter) {
     std::uint32_t size = 0;
     (plugin.*getter)(nullptr, &size);
     std::string text(size, '\0');
@@ -79,15 +80,15 @@ LiveHost::LiveHost(const Options& options, Journal& usedJournal, MachineTracker&
     , tracker(usedTracker)
     , lowestSeverity(options.lowestSeverity)
     , log([this](const LogRecord& record) { onLog(record); })
+    , strict([this](const Violation& violation) { journal.output(violationLine(violation)); })
     , module(loadModule(options.module, logLevels[0])) // all of it: the trace tells where the machine stands
     , backend(findStandIn())
-    , callbacks([this](std::uintptr_t handle, const char* xml) { onNotice(handle, xml); },
-                [this](std::uintptr_t handle) { journal.output(stopDoneLine(callbacksName, handle)); })
-    , plugin(nullptr, PluginOwner(module))
+    , callbacks(strict.makeCallbacks(
+          [this](std::uintptr_t handle, const char* xml) { onNotice(handle, xml); },
+          [this](std::uintptr_t handle) { journal.output(stopDoneLine(callbacksName, handle)); }))
     , slowness(options.slowness) {
     if (backend) {
-        backend->observe(&LiveHost::onApiCall, this);
-        backend->watchDocuments(&LiveHost::onDocument, &LiveHost::onDocumentDone, this);
+        journaledBackend.emplace(*backend, journal, gate, strict.calls());
     }
 }
 
@@ -123,11 +124,7 @@ void LiveHost::close() {
         task(); // which only says that the host is closing
     }
     thread.run([this] { endPlugin(); });
-    if (backend) {
-        backend->forgetReceivers();
-        backend->watchDocuments(nullptr, nullptr, nullptr);
-        backend->observe(nullptr, nullptr);
-    }
+    journaledBackend.reset();
 }
 
 PluginFacts LiveHost::facts() const {
@@ -278,7 +275,7 @@ std::string LiveHost::callFor(LifecycleStep step) {
                      {"translator", true},
                      {"handle", hostHandle}},
                     Turn::Kind::Plain,
-                    [this] { return plugin->Register("", hostHandle, &callbacks, &translator); });
+                    [this] { return plugin->Register("", hostHandle, callbacks.get(), &translator); });
     case LifecycleStep::Start:
         return call("Start", {{"do", "start"}}, Turn::Kind::Plain, [this] { return plugin->Start(); });
     case LifecycleStep::Stop:
@@ -298,7 +295,7 @@ std::string LiveHost::create() {
     const Turn turn(gate, Turn::Kind::Plain);
     const JournaledInput input(journal, {{"do", "create"}, {"name", presentationInterfaceName}});
     try {
-        plugin.reset(module.create(presentationInterfaceName));
+        plugin = strict.watched(makePlugin(module, PluginInterface::Cpp));
     } catch (const HostError& fault) {
         return fault.what();
     }
@@ -314,7 +311,8 @@ std::string LiveHost::create() {
 std::string LiveHost::dispose() {
     const Turn turn(gate, Turn::Kind::Stopping);
     const JournaledInput input(journal, {{"do", "dispose"}});
-    const bool isDone = module.dispose(plugin.release());
+    const bool isDone = plugin->dispose();
+    plugin.reset();
     journal.output(resultLine(isDone));
     tracker.dispose();
     return isDone ? std::string() : "DisposePlugin answered false";
@@ -331,9 +329,8 @@ std::string LiveHost::call(const char* name, json::object line, Turn::Kind kind,
 }
 
 void LiveHost::readFacts() {
-    PluginFacts read{textOf(*plugin, &IPresentationPlugin::GetIdentity),
-                     textOf(*plugin, &IPresentationPlugin::GetLabel),
-                     textOf(*plugin, &IPresentationPlugin::GetDisplayVersion)};
+    PluginFacts read{textOf(*plugin, &PluginObject::GetIdentity), textOf(*plugin, &PluginObject::GetLabel),
+                     textOf(*plugin, &PluginObject::GetDisplayVersion)};
     const std::lock_guard lock(mutex);
     ownFacts = std::move(read);
 }
@@ -362,28 +359,8 @@ void LiveHost::onNotice(std::uintptr_t handle, const char* xml) {
     std::unique_lock lock(mutex);
     if (slowness.count() > 0) {
         hurry.wait_for(lock, slowness, [this, wait = slowness] { return isClosing || slowness != wait; });
+        strict.calls().restart(); // that was the host's own time
     }
-}
-
-void LiveHost::onApiCall(void* context, std::uint64_t, const char* operation, const char* json) {
-    static_cast<LiveHost*>(context)->journal.output(apiLine(operation, json));
-}
-
-bool LiveHost::onDocument(void* context, std::uint64_t, WrenSimDocument document, const char* json) {
-    auto& host = *static_cast<LiveHost*>(context);
-    if (!host.gate.enterWithDocument()) {
-        return false;
-    }
-    json::object line{{"do", "deliver"}, {"document", documentNames()[document]}};
-    addText(line, "json", json);
-    host.journal.beginInput(std::move(line));
-    return true;
-}
-
-void LiveHost::onDocumentDone(void* context, std::uint64_t, WrenSimDocument) {
-    auto& host = *static_cast<LiveHost*>(context);
-    host.journal.endInput();
-    host.gate.leave();
 }
 
 } // namespace host::serve

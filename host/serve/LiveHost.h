@@ -5,16 +5,20 @@
 #include "host/HostCallbacks.h"
 #include "host/LogTap.h"
 #include "host/PluginModule.h"
+#include "host/PluginObject.h"
 #include "host/serve/HostThread.h"
 #include "host/serve/Journal.h"
+#include "host/serve/JournaledBackend.h"
 #include "host/serve/MachineTracker.h"
 #include "host/serve/TurnGate.h"
+#include "host/strict/StrictHost.h"
 
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -33,6 +37,7 @@ enum class LifecycleStep { Create, Register, Start, Stop, Unregister, Dispose };
 /// Loads a module and keeps at most one plugin object of it. All calls are made on one thread of this
 /// object's own, in the order in which they were asked for, and are journaled as inputs with what came of
 /// them; so are the documents of the stand-in service, which come on its thread. Inputs run one at a time.
+/// Rules that are broken are journaled too.
 ///
 /// The operations may be called on any thread and return at once. Each calls `Done` when its call has ended,
 /// on the host's thread, or where the host is closing, on that of `close`.
@@ -101,20 +106,18 @@ private:
 
     void onLog(const LogRecord& record);
     void onNotice(std::uintptr_t handle, const char* xml);
-    static void onApiCall(void* context, std::uint64_t api, const char* operation, const char* json);
-    static bool onDocument(void* context, std::uint64_t api, WrenSimDocument document, const char* json);
-    static void onDocumentDone(void* context, std::uint64_t api, WrenSimDocument document);
-
     Journal& journal;
     MachineTracker& tracker;
     const int lowestSeverity;
     TurnGate gate;
     LogTap log;
+    StrictHost strict;
     PluginModule module;
     std::optional<BackendControls> backend;
+    std::optional<JournaledBackend> journaledBackend;
     HostTranslator translator;
-    HostCallbacks callbacks;
-    OwnedPlugin plugin; ///< on the host's thread, as is `phase`
+    std::unique_ptr<HostCallbacks> callbacks;
+    std::unique_ptr<PluginObject> plugin; ///< on the host's thread, as is `phase`
     Phase phase = Phase::Gone;
 
     mutable std::mutex mutex;

@@ -1,73 +1,24 @@
 #include "host/serve/Recording.h"
 
 #include "host/HostError.h"
-#include "host/LogLine.h"
+#include "host/OutputLines.h"
 #include "host/SessionInput.h"
-#include "host/Text.h"
+#include "host/TimeZone.h"
+#include "host/recording/Redactor.h"
 
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
+#include <limits>
 #include <map>
-#include <set>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace host::serve {
 namespace {
 
 namespace json = boost::json;
-
-constexpr std::string_view blank = "*";
-
-/// Finds the cookies: they are what requests to the backend hold under certain keys. Whatever line shows one,
-/// an event or a log line, shows it as it is there.
-std::set<std::string, std::less<>> cookiesIn(const std::vector<JournalEntryPointer>& entries) {
-    std::set<std::string, std::less<>> cookies;
-    for (const JournalEntryPointer& entry : entries) {
-        const json::value* request = entry->line.if_contains("json");
-        if (!entry->line.contains("operation") || request == nullptr || !request->is_string()) {
-            continue;
-        }
-        json::error_code error;
-        const json::value parsed = json::parse(request->get_string(), error);
-        for (const char* key : {"enrollment_cookie", "authorization_cookie"}) {
-            const json::value* cookie =
-                !error && parsed.is_object() ? parsed.get_object().if_contains(key) : nullptr;
-            if (cookie != nullptr && cookie->is_string() && !cookie->get_string().empty()) {
-                cookies.emplace(cookie->get_string());
-            }
-        }
-    }
-    return cookies;
-}
-
-void replaceAll(std::string& text, std::string_view old, std::string_view replacement) {
-    for (std::size_t at = text.find(old); at != std::string::npos; at = text.find(old, at)) {
-        text.replace(at, old.size(), replacement);
-        at += replacement.size();
-    }
-}
-
-/// Blanks the cookies out of a text, as they are and as XML and JSON spell them.
-std::string withoutSecrets(std::string text, const std::set<std::string, std::less<>>& cookies) {
-    for (const std::string& cookie : cookies) {
-        const std::string quoted = json::serialize(json::value(cookie));
-        replaceAll(text, cookie, blank);
-        replaceAll(text, xmlEscaped(cookie), blank);
-        replaceAll(text, std::string_view(quoted).substr(1, quoted.size() - 2), blank);
-    }
-    return text;
-}
-
-void blankOut(json::object& line, const std::set<std::string, std::less<>>& cookies) {
-    for (auto& field : line) {
-        if (field.value().is_string()) {
-            field.value() = withoutSecrets(std::string(field.value().get_string()), cookies);
-        }
-    }
-}
 
 bool isSessionInput(const json::object& line) {
     try {
@@ -81,48 +32,110 @@ bool isSessionInput(const json::object& line) {
 bool isSessionOutput(const json::object& line) {
     const std::string_view word = line.at("out").as_string();
     const json::value* function = line.if_contains("function");
-    const bool isOfTheMachine =
-        function != nullptr && function->is_string() && tellsOfTheMachine(function->get_string());
-    return word != "violation" && word != "info" && !isOfTheMachine;
+    return word != "violation" && word != "info" &&
+           (function == nullptr || !function->is_string() || !tellsOfTheMachine(function->get_string()));
+}
+
+/// The lines of a session on their way into its file.
+class SessionText {
+public:
+    SessionText(const JournalSlice& slice, Secrets secrets)
+        : isRedacted(secrets == Secrets::BlankedOut) {
+        for (const JournalEntryPointer& entry : slice.entries) {
+            if (isRedacted) {
+                redactor.learn(entry->line);
+            }
+        }
+    }
+
+    void comment(std::string_view words) { text.append("# ").append(words).append("\n"); }
+    /// @return whether session files know such an input
+    bool input(json::object line) {
+        redact(line);
+        if (!isSessionInput(line)) {
+            comment(json::serialize(line));
+            return false;
+        }
+        ++number;
+        text += json::serialize(line) + "\n";
+        return true;
+    }
+    void output(json::object line) {
+        redact(line);
+        json::object numbered{{"n", number}};
+        numbered.insert(line.begin(), line.end());
+        text += json::serialize(numbered) + "\n";
+    }
+
+    std::string text;
+
+private:
+    void redact(json::object& line) {
+        if (isRedacted) {
+            redactor.redact(line);
+        }
+    }
+
+    const bool isRedacted;
+    Redactor redactor;
+    unsigned number = 0;
+};
+
+HostError cannotWrite(const std::filesystem::path& file) {
+    return HostError("cannot write the recording " + file.string());
 }
 
 } // namespace
 
-std::string sessionText(const JournalSlice& slice, Secrets secrets) {
-    std::set<std::string, std::less<>> cookies;
-    if (secrets == Secrets::BlankedOut) {
-        cookies = cookiesIn(slice.entries);
-    }
-    std::map<std::uint64_t, std::vector<json::object>> outputs; // by the input's sequence
+std::string sessionText(const JournalSlice& slice, Secrets secrets, const std::string& timeZone) {
+    std::map<std::uint64_t, std::vector<const json::object*>> outputs; // by the input's sequence
     for (const JournalEntryPointer& entry : slice.entries) {
         if (!entry->isInput() && isSessionOutput(entry->line)) {
-            outputs[entry->input].push_back(entry->line);
+            outputs[entry->input].push_back(&entry->line);
         }
     }
-    std::string text = slice.missed == 0
-                           ? ""
-                           : "# the first " + std::to_string(slice.missed) + " entries are no longer there\n";
-    unsigned number = 0;
+    SessionText session(slice, secrets);
+    if (!timeZone.empty()) {
+        session.input({{"do", "session"}, {"format", 1}, {"time_zone", timeZone}});
+    }
+    if (slice.missed > 0) {
+        session.comment("the first " + std::to_string(slice.missed) + " entries are no longer there");
+    }
     for (const JournalEntryPointer& entry : slice.entries) {
-        if (!entry->isInput()) {
-            continue;
-        }
-        json::object line = entry->line;
-        blankOut(line, cookies);
-        if (!isSessionInput(line)) {
-            text += "# " + json::serialize(line) + "\n";
-            continue;
-        }
-        text += json::serialize(line) + "\n";
-        ++number;
-        for (json::object& output : outputs[entry->sequence]) {
-            blankOut(output, cookies);
-            json::object numbered{{"n", number}};
-            numbered.insert(output.begin(), output.end());
-            text += json::serialize(numbered) + "\n";
+        if (entry->isInput() && session.input(entry->line)) {
+            for (const json::object* output : outputs[entry->sequence]) {
+                session.output(*output);
+            }
         }
     }
-    return text;
+    return std::move(session.text);
+}
+
+RecordingFile::RecordingFile(std::filesystem::path file, Secrets usedSecrets)
+    : name(std::move(file))
+    , secrets(usedSecrets) {
+    if (!name.empty()) {
+        stream.open(name, std::ios::binary | std::ios::trunc);
+        if (!stream) {
+            throw cannotWrite(name);
+        }
+    }
+}
+
+Journal::Limits RecordingFile::limits() const {
+    constexpr std::size_t all = std::numeric_limits<std::size_t>::max();
+    return name.empty() ? Journal::Limits{} : Journal::Limits{all, all};
+}
+
+void RecordingFile::write(const Journal& journal) {
+    if (name.empty()) {
+        return;
+    }
+    stream << sessionText(journal.after(0, std::numeric_limits<std::size_t>::max()), secrets, timeZone());
+    stream.close();
+    if (!stream) {
+        throw cannotWrite(name);
+    }
 }
 
 } // namespace host::serve

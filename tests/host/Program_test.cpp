@@ -142,6 +142,33 @@ TEST_F(ProgramTest, ScriptPrintsTheSession) {
     EXPECT_FALSE(leftTemporaryFiles());
 }
 
+TEST_F(ProgramTest, StrictScriptNamesTheRulesThatAreBrokenAndExitsWith1) {
+    const std::string file = session(
+        "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
+        "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
+        "{\"do\":\"event\",\"xml\":\"notice <vtguiNotice/>\"}\n");
+    const Outcome outcome = run({"script", file, "--strict", "--module", test::echoModule});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.error,
+              "wren-host: rule broken: foreign-module: \"module\" = \"\" (A notice names the "
+              "module that it comes from.)\n"
+              "wren-host: rule broken: missing-attribute: \"type\" of <vtguiNotice> (An element "
+              "has the attributes that it cannot do without.)\n");
+    EXPECT_EQ(outcome.out, run({"script", file, "--module", test::echoModule}).out);
+}
+
+TEST_F(ProgramTest, StrictScriptOfTheModuleBreaksNoRule) {
+    const Outcome outcome = run(
+        {"script",
+         session(
+             "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
+             "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
+             "{\"do\":\"start\"}\n{\"do\":\"stop\"}\n{\"do\":\"unregister\"}\n{\"do\":\"dispose\"}\n"),
+         "--strict"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.error, "");
+}
+
 TEST_F(ProgramTest, ScriptThatFailsOnItsWayHasPrintedWhatItDid) {
     const Outcome outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"start\"}\n");
     EXPECT_EQ(outcome.exitCode, 2);
@@ -300,6 +327,33 @@ TEST_F(ProgramTest, WatchPrintsUntilItIsInterrupted) {
         EXPECT_EQ(outcome.error, "");
         EXPECT_THAT(outcome.out, testing::Not(HasSubstr("log ")));
     }
+}
+
+TEST_F(ProgramTest, WatchRecordsWhatReplaysAlike) {
+    for (const std::string interface : {"cpp", "c"}) {
+        const std::string file = session("");
+        Program program({"watch", "--record", file, "--interface", interface});
+        program.waitForOutput("Registration is required to access secure resources.\n");
+        program.signal(SIGINT);
+        EXPECT_EQ(program.finish().exitCode, 0);
+        const Outcome outcome = run({"replay", file});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.out << outcome.error;
+        EXPECT_THAT(outcome.out, testing::EndsWith(" outputs as expected\n"));
+    }
+}
+
+TEST_F(ProgramTest, WatchTellsOfBrokenRules) {
+    Program program({"watch", "--module", test::echoModule});
+    program.waitForOutput("rule broken: readable-notice: not XML");
+    program.signal(SIGINT);
+    EXPECT_EQ(program.finish().exitCode, 0);
+}
+
+TEST_F(ProgramTest, WatchThatCannotRecordSaysSoBeforeItRuns) {
+    const Outcome outcome = run({"watch", "--record", "/nonexistent/file"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.error, "wren-host: cannot write the recording /nonexistent/file\n");
 }
 
 TEST_F(ProgramTest, WatchPrintsTheLogWhereItIsAskedTo) {

@@ -18,6 +18,8 @@ protected:
         session.deliver("StatusNotification", textOf(test::enrolledStatusDocument()));
     }
 
+    void TearDown() override { EXPECT_EQ(session.brokenRules(), Lines()); }
+
     test::ModuleSession session;
 };
 

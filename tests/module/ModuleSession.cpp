@@ -8,12 +8,14 @@
 #include "host/SessionRecorder.h"
 #include "host/SessionRunner.h"
 #include "host/TimeZone.h"
+#include "host/strict/StrictHost.h"
 #include "tests/support/XmlTree.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 
 #include <algorithm>
+#include <mutex>
 #include <sstream>
 
 namespace test {
@@ -131,12 +133,18 @@ std::string screenInShort(const std::string& xml) {
 
 struct ModuleSession::State {
     explicit State(std::optional<host::PluginInterface> onlyInterface)
-        : runner(LoadedModule::instance().module, LoadedModule::instance().backend, recorder, onlyInterface) {
-    }
+        : runner(LoadedModule::instance().module, LoadedModule::instance().backend, recorder, onlyInterface,
+                 &strict) {}
 
     std::ostringstream stream;
     host::SessionRecorder recorder{stream};
     host::LogTap log{[this](const host::LogRecord& record) { recorder.log(record); }};
+    std::mutex mutex;
+    Lines broken;
+    host::StrictHost strict{[this](const host::Violation& violation) {
+        const std::lock_guard lock(mutex);
+        broken.push_back(lineOf(violation));
+    }};
     host::SessionRunner runner;
     std::vector<boost::json::object> outputs;
 };
@@ -162,6 +170,11 @@ Lines ModuleSession::run(std::string_view inputs) {
         }
     }
     return lines;
+}
+
+Lines ModuleSession::brokenRules() const {
+    const std::lock_guard lock(state->mutex);
+    return state->broken;
 }
 
 const std::vector<boost::json::object>& ModuleSession::outputs() const { return state->outputs; }

@@ -33,6 +33,9 @@ public:
     /// The outputs of the last `run` as they stand in a session file.
     const std::vector<boost::json::object>& outputs() const;
 
+    /// The rules that were broken so far, a line each.
+    Lines brokenRules() const;
+
     /// Creates the plugin, registers with callbacks "host" and handle 7, and starts it.
     void start();
     /// Delivers a document; the text is quoted as needed.

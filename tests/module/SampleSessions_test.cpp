@@ -46,6 +46,7 @@ TEST_P(SampleSession, IsMetExactly) {
     session.run(content);
     const auto difference = host::firstDifference(expectedOutputs(content), session.outputs());
     EXPECT_FALSE(difference) << difference->what;
+    EXPECT_EQ(session.brokenRules(), test::Lines());
 }
 
 const std::string lifecycleSample = "01-lifecycle.jsonl";

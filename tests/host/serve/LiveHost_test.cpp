@@ -123,6 +123,18 @@ TEST_F(LiveHost, BeginsAndEndsAsAHostDoes) {
     EXPECT_TRUE(areInputsOneByOne());
 }
 
+TEST_F(LiveHost, BrokenRuleIsJournaledWithItsInput) {
+    host->begin();
+    const std::string late = R"(<vtguiEvent id="nothing_OnPress"/>)";
+    EXPECT_EQ(event(late), "EventNotification answered -10");
+    const std::size_t place = waitFor("\"out\":\"violation\"");
+    const std::vector<JournalEntryPointer> all = entries();
+    EXPECT_EQ(
+        boost::json::serialize(all[place]->line),
+        R"({"out":"violation","rule":"unknown-event","text":"\"nothing_OnPress\" is about to be sent"})");
+    EXPECT_EQ(all[place]->input, all[waitFor("\"do\":\"event\"")]->sequence);
+}
+
 TEST_F(LiveHost, DocumentIsAnInputOnAThreadOfItsOwn) {
     host->begin();
     const std::size_t place = waitFor(R"("do":"deliver","document":"StatusNotification")");

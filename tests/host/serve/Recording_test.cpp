@@ -1,5 +1,6 @@
 #include "host/serve/Recording.h"
 
+#include "host/HostError.h"
 #include "host/SessionFile.h"
 
 #include <gmock/gmock.h>
@@ -60,6 +61,39 @@ TEST(Recording, SaysWhatIsMissing) {
               "# the first 1 entries are no longer there\n{\"do\":\"start\"}\n{\"do\":\"start\"}\n");
 }
 
+TEST(Recording, NamesTheTimeZoneAsAnInput) {
+    Journal journal({});
+    journal.beginInput({{"do", "start"}});
+    journal.output({{"out", "result"}, {"value", 0}});
+    journal.endInput();
+    EXPECT_EQ(sessionText(journal.after(0, 10), Secrets::BlankedOut, "Europe/Berlin"),
+              R"({"do":"session","format":1,"time_zone":"Europe/Berlin"}
+{"do":"start"}
+{"n":2,"out":"result","value":0}
+)");
+}
+
+TEST(Recording, LeavesOutWhatIsToldOfTheMachine) {
+    Journal journal({});
+    journal.beginInput({{"do", "start"}});
+    journal.output({{"out", "log"}, {"function", "TesselClientRetriever::get"}, {"message", "m"}});
+    journal.output({{"out", "log"}, {"function", "Other::get"}, {"message", "m"}});
+    journal.endInput();
+    EXPECT_THAT(recorded(journal), Not(HasSubstr("Tessel")));
+    EXPECT_THAT(recorded(journal), HasSubstr("Other::get"));
+}
+
+TEST(Recording, FileThatCannotBeWrittenIsAnError) {
+    EXPECT_THROW(host::serve::RecordingFile("/nonexistent/file", Secrets::Kept), host::HostError);
+    Journal journal({});
+    journal.beginInput({{"do", "start"}});
+    journal.endInput();
+    host::serve::RecordingFile full("/dev/full", Secrets::Kept);
+    EXPECT_THROW(full.write(journal), host::HostError);
+    host::serve::RecordingFile none("", Secrets::Kept);
+    none.write(journal);
+}
+
 class RecordedSecrets : public ::testing::Test {
 protected:
     RecordedSecrets() {
@@ -89,14 +123,14 @@ protected:
 TEST_F(RecordedSecrets, AreBlankedOutWhereverTheyShow) {
     EXPECT_EQ(
         recorded(journal),
-        R"({"do":"event","xml":"<vtguiEvent id=\"e\"><webbrowser id=\"w\" value=\"*\"/></vtguiEvent>"})"
+        R"({"do":"event","xml":"<vtguiEvent id=\"e\"><webbrowser id=\"w\" value=\"redacted-1\"/></vtguiEvent>"})"
         "\n"
         R"({"n":1,"out":"api","operation":"EnrollmentAuthReply","json":"{\"version\":\"1\",)"
-        R"(\"enrollment_id\":\"e\",\"enrollment_cookie\":\"*\"}"})"
+        R"(\"enrollment_id\":\"e\",\"enrollment_cookie\":\"redacted-1\"}"})"
         "\n"
-        R"({"n":1,"out":"log","message":"cookie * it is"})"
+        R"({"n":1,"out":"log","message":"cookie redacted-1 it is"})"
         "\n"
-        R"({"n":1,"out":"api","operation":"DataplaneAuthReply","json":"{\"authorization_cookie\":\"*\"}"})"
+        R"({"n":1,"out":"api","operation":"DataplaneAuthReply","json":"{\"authorization_cookie\":\"redacted-2\"}"})"
         "\n"
         R"({"n":1,"out":"api","operation":"DataplaneAuthReply","json":"{\"authorization_cookie\":\"\"}"})"
         "\n"
@@ -104,7 +138,7 @@ TEST_F(RecordedSecrets, AreBlankedOutWhereverTheyShow) {
         "\n"
         R"({"n":1,"out":"api","operation":"Start","json":"no json"})"
         "\n"
-        R"({"do":"event","xml":"*"})"
+        R"({"do":"event","xml":"redacted-2"})"
         "\n");
 }
 

@@ -136,17 +136,4 @@ TEST_F(ViewerFeed, HelloHoldsTheLastTwoThousand) {
     EXPECT_THAT(hello, ::testing::HasSubstr(R"("stand_in":true,"schema":{},"machine":[1],)"));
 }
 
-TEST_F(ViewerFeed, UnreadableNoticeIsAViolation) {
-    greet();
-    journal.beginInput({{"do", "start"}});
-    journal.output({{"out", "notice"}, {"xml", "no xml"}});
-    journal.endInput();
-    view.follow();
-    const auto entries = journal.after(first, 10).entries;
-    ASSERT_EQ(entries.size(), 3u);
-    EXPECT_EQ(entries.back()->input, first + 1);
-    EXPECT_EQ(entries.back()->line.at("out"), "violation");
-    EXPECT_EQ(entries.back()->line.at("rule"), "readable-notice");
-}
-
 } // namespace
