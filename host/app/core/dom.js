@@ -66,8 +66,10 @@ export function button(attributes, press, ...children) {
  * @returns {HTMLElement}
  */
 export function field(label, control, hint = null) {
-    return element("label", { class: "field", title: hint }, element("span", { class: "field-label" }, label), control);
+    control.id = `field-${++fields}`;
+    return element("div", { class: "field", title: hint || null }, element("label", { for: control.id }, label), control);
 }
+let fields = 0;
 
 /** Sets an attribute, or takes it away for null; leaves it alone where nothing changes. */
 export function setAttribute(node, name, value) {

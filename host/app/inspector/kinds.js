@@ -69,13 +69,13 @@ export function weightOf(entry) {
  * @returns {string} what it says, on one line
  */
 export function summaryOf(entry) {
-    const read = isInput(entry) ? inputs[entry.do] : outputs[entry.out];
-    return (read ?? rest)(entry);
+    const [table, key] = isInput(entry) ? [inputs, entry.do] : [outputs, entry.out];
+    return (Object.hasOwn(table, key) ? table[key] : rest)(entry);
 }
 
 const inputs = Object.freeze({
     event: ({ xml }) => fromXml(xml, (root) => attributeOf(root, "id") || root.name),
-    deliver: ({ document, json }) => `${document} ${json ?? "(not UTF-8)"}`,
+    deliver: ({ document, json }) => `${document} · ${json === undefined ? "(not UTF-8)" : documentSummary(json)}`,
     service: ({ json }) => json ?? "(not UTF-8)",
     scenario: ({ json }) => json ?? "(not UTF-8)",
     pace: ({ percent }) => `${percent} %`,
@@ -89,7 +89,7 @@ const inputs = Object.freeze({
 const outputs = Object.freeze({
     notice: ({ xml }) => fromXml(xml, noticeSummary),
     api: ({ operation, json }) => (json ? `${operation} ${json}` : operation),
-    log: ({ function: name, message }) => `${name ? `${name}: ` : ""}${message ?? "(not UTF-8)"}`,
+    log: ({ message }) => message ?? "(not UTF-8)",
     violation: ({ rule, text }) => `${rule}: ${text}`,
     info: ({ text }) => text,
     result: ({ value, text }) => (text === undefined ? String(value) : `${value} ${JSON.stringify(text)}`),
@@ -102,6 +102,17 @@ function rest(entry) {
         .filter(([key]) => !ownKeys.has(key))
         .map(([key, value]) => `${key} ${JSON.stringify(value)}`)
         .join(", ");
+}
+
+// Every document tells its state in one or two words.
+function documentSummary(json) {
+    try {
+        const { state, substate, status, substatus } = JSON.parse(json);
+        const words = [state, substate, status, substatus].filter((word) => typeof word === "string" && word !== "");
+        return words.length > 0 ? words.join(" · ") : json;
+    } catch {
+        return json;
+    }
 }
 
 function fromXml(xml, read) {

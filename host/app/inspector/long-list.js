@@ -10,6 +10,7 @@
  * @property {(made: HTMLElement, row: Row) => void} fill
  * @property {(row: Row) => void} chosen called when another row becomes the active one by the user's hand
  * @property {(row: Row, open: boolean) => void} opened
+ * @property {(follows: boolean) => void} followed called when the list begins or ceases to go to its end
  */
 import { element } from "../core/dom.js";
 
@@ -56,20 +57,30 @@ export class LongList {
         }
     }
 
-    /** Makes a row the active one and brings it into view. */
+    /** Makes a row the active one and brings it into view. Whoever reads a row doesn't want it to move away. */
     activate(key) {
         this.#activeKey = key;
-        const index = this.#index();
-        if (index >= 0) {
-            const top = index * rowHeight;
-            const { scrollTop, clientHeight } = this.node;
-            if (top < scrollTop) {
-                this.node.scrollTop = top;
-            } else if (top + rowHeight > scrollTop + clientHeight) {
-                this.node.scrollTop = top + rowHeight - clientHeight;
-            }
-        }
+        this.#setFollows(this.#index() === this.#rows.length - 1);
+        this.#showActive();
         this.#draw();
+    }
+
+    #showActive() {
+        const index = this.#index();
+        const top = index * rowHeight;
+        const { scrollTop, clientHeight } = this.node;
+        if (index >= 0 && top < scrollTop) {
+            this.node.scrollTop = top;
+        } else if (index >= 0 && top + rowHeight > scrollTop + clientHeight) {
+            this.node.scrollTop = top + rowHeight - clientHeight;
+        }
+    }
+
+    #setFollows(follows) {
+        if (follows !== this.#follows) {
+            this.#follows = follows;
+            this.ways.followed(follows);
+        }
     }
 
     #index() {
@@ -128,17 +139,15 @@ export class LongList {
 
     #scrolled() {
         const { scrollTop, scrollHeight, clientHeight } = this.node;
-        const isAtEnd = scrollTop + clientHeight >= scrollHeight - 4;
-        if (isAtEnd !== this.#follows) {
-            this.#follows = isAtEnd;
-            this.ways.followed(isAtEnd);
-        }
+        this.#setFollows(scrollTop + clientHeight >= scrollHeight - 4);
         this.#draw();
     }
 
     #resized() {
         if (this.#follows) {
             this.node.scrollTop = this.node.scrollHeight;
+        } else {
+            this.#showActive();
         }
         this.#draw();
     }

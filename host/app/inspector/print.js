@@ -6,8 +6,6 @@
  */
 import { element } from "../core/dom.js";
 
-const longTag = 76;
-
 /**
  * @param {unknown} value of JSON
  * @param {number} [depth]
@@ -52,22 +50,15 @@ function scalar(value) {
  * @returns {Line[]}
  */
 export function xmlLines(node, depth = 0) {
-    const attributes = node.attributes.map(([key, value]) => [["key", key], ["mark", "="], ["text", `"${encode(value)}"`]]);
+    const attributes = node.attributes.flatMap(([key, value]) => [
+        ["plain", " "],
+        ["key", key],
+        ["mark", "="],
+        ["text", `"${encode(value)}"`],
+    ]);
     const text = node.text.trim();
     const isEmpty = node.children.length === 0 && text === "";
-    const end = isEmpty ? "/>" : ">";
-    const length = attributes.flat().reduce((sum, [, word]) => sum + word.length + 1, node.name.length);
-    const start = [["mark", "<"], ["name", node.name]];
-    const lines =
-        length <= longTag || attributes.length < 2
-            ? [{ depth, pieces: [...start, ...attributes.flatMap((pieces) => [["plain", " "], ...pieces]), ["mark", end]] }]
-            : [
-                  { depth, pieces: start },
-                  ...attributes.map((pieces, index) => ({
-                      depth: depth + 2,
-                      pieces: index === attributes.length - 1 ? [...pieces, ["mark", end]] : pieces,
-                  })),
-              ];
+    const lines = [{ depth, pieces: [["mark", "<"], ["name", node.name], ...attributes, ["mark", isEmpty ? "/>" : ">"]] }];
     if (isEmpty) {
         return lines;
     }

@@ -66,10 +66,11 @@ export function parseXml(text) {
             inner.text += decode(found[0]);
         }
     } while (open.length > 1);
-    if (text.slice(at).trim() !== "") {
-        throw new XmlError("something follows the root");
+    const [root] = open[0].children;
+    if (root === undefined || open[0].text.trim() !== "" || text.slice(at).trim() !== "") {
+        throw new XmlError("the text is not one element");
     }
-    return open[0].children[0];
+    return root;
 }
 
 /**

@@ -30,7 +30,7 @@ const gap = 26;
 const laneWidth = 12;
 const edgePad = 8;
 const corner = 6;
-const portStep = 7;
+const mostPortStep = 7;
 const sideStep = 26;
 
 /**
@@ -44,11 +44,10 @@ export function layOut(region) {
     const left = inLanes(pairs.filter(({ span }) => span < -1));
     const x = edgePad + laneWidth * (laneCount(left) + 1);
     const boxes = states.map((state, index) => ({ state, x, y: edgePad + index * (boxHeight + gap) }));
-    const ports = new Map();
     const edges = [
         ...pairs.filter(({ span }) => Math.abs(span) === 1).map((pair) => straight(pair, boxes)),
-        ...right.map((pair) => around(pair, boxes, 1, ports)),
-        ...left.map((pair) => around(pair, boxes, -1, ports)),
+        ...right.map((pair) => around(pair, boxes, 1, portsOf(right))),
+        ...left.map((pair) => around(pair, boxes, -1, portsOf(left))),
     ];
     return {
         width: x + boxWidth + laneWidth * (laneCount(right) + 1) + edgePad,
@@ -124,8 +123,8 @@ function around({ from, to, rows, lane }, boxes, side, ports) {
     const target = boxes.find(({ state }) => state === to);
     const edgeOf = (box) => (side > 0 ? box.x + boxWidth : box.x);
     const laneX = edgeOf(source) + side * laneWidth * (lane + 1);
-    const y0 = port(source, side, ports);
-    const y1 = port(target, side, ports);
+    const y0 = source.y + ports(from, to, from);
+    const y1 = target.y + ports(from, to, to);
     const turn = y1 > y0 ? corner : -corner;
     return {
         from,
@@ -138,12 +137,28 @@ function around({ from, to, rows, lane }, boxes, side, ports) {
     };
 }
 
-// Lines that meet a state at one side spread over its height: the middle first, then above and below it.
-function port(box, side, ports) {
-    const key = `${box.state} ${side}`;
-    const count = ports.get(key) ?? 0;
-    ports.set(key, count + 1);
-    const steps = Math.ceil(count / 2) * (count % 2 === 1 ? -1 : 1);
-    const most = boxHeight / 2 - 4;
-    return box.y + boxHeight / 2 + Math.max(-most, Math.min(most, steps * portStep));
+/**
+ * Where the lines of one side meet their states: spread over the height of each, so that no two lines cross on the
+ * way. Those that come from above stand above the others; of them the outer ones are the lower, of the others the
+ * upper.
+ * @returns {(from: string, to: string, state: string) => number} measured from the state's upper edge
+ */
+function portsOf(pairs) {
+    const order = (state) =>
+        pairs
+            .filter(({ from, to }) => from === state || to === state)
+            .map((pair) => ({ pair, rank: (isAbove(pair, state) ? 0 : 1000) + (isAbove(pair, state) ? pair.lane : -pair.lane) }))
+            .sort((one, other) => one.rank - other.rank)
+            .map(({ pair }) => pair);
+    return (from, to, state) => {
+        const all = order(state);
+        const at = all.findIndex((pair) => pair.from === from && pair.to === to);
+        const step = Math.min(mostPortStep, (boxHeight - 10) / Math.max(1, all.length - 1));
+        return boxHeight / 2 + step * (at - (all.length - 1) / 2);
+    };
+}
+
+/** Whether a line's other end stands above this state. */
+function isAbove({ from, to, span }, state) {
+    return state === from ? span < 0 : state === to && span > 0;
 }

@@ -84,7 +84,7 @@ export function useMachine(panel) {
 
 function drawRegion(region, machine) {
     const { width, height, boxes, edges, inner } = layOut(region);
-    const title = region.name || machine;
+    const title = titleOf(region.name || machine);
     const lines = edges.map((edge) => ({ edge, node: edgeNode(edge) }));
     const shapes = boxes.map((box) => ({ box, node: boxNode(box, inner.get(box.state), box.state === region.initial) }));
     const drawing = svg(
@@ -122,6 +122,12 @@ function drawRegion(region, machine) {
             next.closest("details").hidden = next.childElementCount === 0;
         },
     };
+}
+
+// "dataplane_auth" reads "Dataplane auth".
+function titleOf(name) {
+    const words = name.replaceAll("_", " ");
+    return words.charAt(0).toUpperCase() + words.slice(1);
 }
 
 const isStep = ({ from, to }, step) => step !== null && step.from === from && step.to === to;

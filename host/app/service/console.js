@@ -23,6 +23,13 @@ export function useConsole(panel, request, ask) {
     const stage = element("div", { class: "stage" });
     panel.append(lifecycle(ask), stage);
 
+    // A knob that was refused goes back to what the service says.
+    const turn = async (change) => {
+        if (!(await ask("service", { json: JSON.stringify(change) }))) {
+            showState();
+        }
+    };
+
     function showState() {
         if (state !== null) {
             running.textContent = runningText(state);
@@ -44,11 +51,10 @@ export function useConsole(panel, request, ask) {
             .map(([key, knob]) => ({
                 key,
                 knob,
-                shown: makeKnobs(knob, (change) => ask("service", { json: JSON.stringify({ [key]: change }) }).then(showState)),
+                shown: makeKnobs(knob, (change) => turn({ [key]: change })),
             }));
         const lists = [...(scenario?.members ?? [])].filter(([, { kind }]) => kind === "list");
         for (const [key, knob] of lists) {
-            const turn = ({ [key]: value }) => ask("service", { json: JSON.stringify({ [key]: value }) }).then(showState);
             knobs.push({ key, knob, shown: wrapped(makeKnobs({ members: new Map([[key, knob]]) }, turn), key) });
         }
         return [

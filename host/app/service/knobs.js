@@ -45,7 +45,7 @@ export function makeKnobs(knob, turn) {
 
 function group(knob, label, turn) {
     const inner = makeKnobs(knob, turn);
-    const node = element("details", { class: "knob-group" }, element("summary", { title: knob.description }, label), inner.node);
+    const node = element("details", { class: "knob-group" }, element("summary", { title: knob.description || null }, label), inner.node);
     return { node, show: inner.show };
 }
 
@@ -70,7 +70,7 @@ function choice(knob, label, turn) {
 function toggle(knob, label, turn) {
     const input = element("input", { type: "checkbox", role: "switch" });
     input.addEventListener("change", () => turn(input.checked));
-    const node = element("label", { class: "switch", title: knob.description }, input, element("span", {}, label));
+    const node = element("label", { class: "switch", title: knob.description || null }, input, element("span", {}, label));
     return {
         node,
         show: (value) => {
@@ -129,7 +129,7 @@ function list(knob, label, turn) {
     const node = element(
         "details",
         { class: "knob-group" },
-        element("summary", { title: knob.description }, label, count),
+        element("summary", { title: knob.description || null }, label, count),
         items,
         button({ class: "quiet small" }, () => send([...values, startOfItem(knob, values)]), "Add"),
     );

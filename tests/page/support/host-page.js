@@ -140,6 +140,14 @@ export class HostPage {
         return within.getByRole("button", { name, exact: true });
     }
 
+    /** Runs a function of one of the page's own modules, inside the page. */
+    call(module, name, ...values) {
+        return this.page.evaluate(
+            async ([path, exported, given]) => (await import(path))[exported](...given),
+            [`${this.host.address}app/${module}.js`, name, values],
+        );
+    }
+
     async tab(name) {
         await this.page.getByRole("tab", { name, exact: true }).click();
     }
