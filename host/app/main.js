@@ -10,6 +10,7 @@ import { useTrace } from "./inspector/trace.js";
 import { useMachine } from "./machine/machine.js";
 import { useBrowsers } from "./screen/browsers.js";
 import { useDialogs } from "./screen/dialogs.js";
+import { keepTileFree } from "./screen/room.js";
 import { useMessages } from "./screen/messages.js";
 import { useSettings } from "./screen/settings.js";
 import { useStatistics } from "./screen/statistics.js";
@@ -55,6 +56,11 @@ const service = useConsole(at("service"), request, ask);
 
 document.querySelectorAll("[role=tablist]").forEach((tablist) => useTabs(tablist));
 useSplitter(at("splitter"), at("workbench"));
+at("open-windows").addEventListener("click", () => {
+    windows.toggle();
+    at("screen-heading").focus();
+});
+keepTileFree(at("screen"), at("main-window"));
 at("reconnect").addEventListener("click", () => connection.open());
 connection.open();
 

@@ -3,7 +3,7 @@ import { test } from "node:test";
 
 import { encode } from "./support/browser.js";
 import { useHostPage } from "./support/host-page.js";
-import { active, browserPopup, errorDialog, localPage, login, unenrolled } from "./support/host-screens.js";
+import { active, browserPopup, errorDialog, localPage, login, tile, unenrolled } from "./support/host-screens.js";
 import { alerts, posture, progress, reenroll } from "./support/payloads.js";
 
 const shown = useHostPage();
@@ -198,3 +198,13 @@ test("an address that no browser can open is a text", async () => {
         "about:blank",
     ]);
 });
+
+for (const [width, height] of [[1280, 800], [360, 740]]) {
+    test(`while a login is open, the tile's buttons can be pressed, ${width} px wide`, async () => {
+        await shown.page.setViewportSize({ width, height });
+        const enrolling = [tile("Enrolling...", "Cancel"), ...unenrolled().parts.slice(1)];
+        await shown.load({ screen: unenrolled({ parts: enrolling, popups: [login()] }) });
+        await shown.button("Cancel").click();
+        assert.deepEqual(await shown.host.next(), { do: "press", control: "quill_tile_cancel_action_btn", event: "OnPress" });
+    });
+}

@@ -135,7 +135,7 @@ test("windows that the module hides are gone, and the tray icon brings them back
     await shown.load({ screen: active() });
     await shown.show(active({ window: "hidden" }));
     assert.equal(await mainWindow().isVisible(), false);
-    assert.equal(await shown.page.getByText("The windows are hidden.").isVisible(), true);
+    assert.equal(await shown.page.getByText("The module has hidden the windows.").isVisible(), true);
     const tray = shown.page.locator("#tray .tray");
     assert.equal(await tray.getAttribute("aria-expanded"), "false");
     await tray.click();
@@ -197,4 +197,11 @@ test("a toast can be dismissed", async () => {
     await shown.show(active({ toasts: [toast(1, "Text")] }));
     await shown.button("Dismiss").click();
     assert.equal(await shown.page.locator(".toast").count(), 0);
+});
+
+test("hidden windows are opened by the button in their place, too", async () => {
+    await shown.load({ screen: active({ window: "hidden" }) });
+    await shown.button("Open them").click();
+    assert.equal(await mainWindow().isVisible(), true);
+    assert.equal(await focused(), "screen-heading");
 });

@@ -146,6 +146,7 @@ export function useBrowsers(layer, ask) {
             layer.hidden = popups.length === 0;
             if (front !== null) {
                 front.focus({ preventScroll: true });
+                front.scrollIntoView({ block: "nearest" });
             } else if (hadFocus && !layer.contains(document.activeElement)) {
                 const next = returnTo?.isConnected && !returnTo.disabled ? returnTo : document.querySelector("#screen-heading");
                 next.focus({ preventScroll: true });
