@@ -9,7 +9,7 @@ import { chromium } from "playwright-core";
 import { serve } from "./server.js";
 
 // Chromium as a package of the system; nothing is to be fetched or looked up while the tests run.
-const launchOptions = {
+export const launchOptions = {
     executablePath: process.env.WREN_CHROMIUM ?? "/usr/bin/chromium",
     args: [
         "--no-sandbox",
