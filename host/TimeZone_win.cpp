@@ -10,4 +10,9 @@ void setTimeZone(const std::string& zone) {
     ::_tzset();
 }
 
+std::string timeZone() {
+    const char* zone = std::getenv("TZ");
+    return zone != nullptr ? zone : "";
+}
+
 } // namespace host
