@@ -63,7 +63,7 @@ const screens = [
         () => shown.show(active({ toasts: [toast(1, "Please verify your identity to renew your enrollment and continue access to secure resources.", button("quill_tile_verify_action_toast_btn", "Verify"))] })),
     ],
     ["trace-notice", { ...told, screen: unenrolled() }, entry("update · Attention")],
-    ["trace-difference", { ...told, screen: unenrolled() }, entry("disconnected")],
+    ["trace-difference", { ...told, screen: unenrolled() }, entry("active · x")],
     ["trace-log", { ...told, screen: unenrolled() }, entry("Ignoring unexpected")],
     ["machine", { ...told, machine: enrolling, screen: unenrolled() }, tabs("Machine")],
     ["service", { ...told, screen: unenrolled() }, tabs("Service")],

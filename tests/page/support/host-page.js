@@ -46,18 +46,30 @@ export const hello = (more = {}) => ({
 /**
  * Opens the page anew for each test. Every test also fails when the page threw an error, broke its content security
  * policy or asked for anything beyond its own host.
+ * @param {object} [contextOptions] of the browser context
+ * @param {object} [ways]
+ * @param {boolean} [ways.keep] one loaded page for the whole file, for tests of functions that keep nothing
  * @returns {HostPage}
  */
-export function useHostPage(contextOptions = {}) {
+export function useHostPage(contextOptions = {}, { keep = false } = {}) {
     const shown = new HostPage();
     let browser;
     before(async () => {
         browser = await chromium.launch(launchOptions);
         shown.host = await FakeHost.start();
+        if (keep) {
+            await shown.open(browser, contextOptions);
+            await shown.load();
+        }
     });
-    beforeEach(() => shown.open(browser, contextOptions));
-    afterEach(() => shown.close());
+    if (!keep) {
+        beforeEach(() => shown.open(browser, contextOptions));
+        afterEach(() => shown.close());
+    }
     after(async () => {
+        if (keep) {
+            await shown.close();
+        }
         await browser?.close();
         await shown.host?.close();
     });
