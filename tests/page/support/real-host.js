@@ -86,6 +86,20 @@ export class RealHost {
         return this.ended;
     }
 
+    /**
+     * Runs a recording against the module, without a viewer.
+     * @returns {Promise<{code: number, said: string}>}
+     */
+    async replay(recording) {
+        const file = join(this.folder, "recording.jsonl");
+        await writeFile(file, recording);
+        const replaying = spawn(program, ["replay", file], { stdio: ["ignore", "pipe", "inherit"] });
+        let said = "";
+        replaying.stdout.on("data", (bytes) => (said += bytes));
+        const code = await new Promise((resolve) => replaying.once("close", resolve));
+        return { code, said };
+    }
+
     async end() {
         await Promise.all(this.viewers.map((viewer) => viewer.close()));
         if (this.process) {
