@@ -12,6 +12,7 @@ std::uintptr_t contextOf(Object* object) {
 
 template <class Object>
 Object& behind(std::uintptr_t context) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the context of a C record is a word
     return *reinterpret_cast<Object*>(context);
 }
 
