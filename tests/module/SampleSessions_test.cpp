@@ -1,8 +1,9 @@
 #include "tests/module/ModuleSession.h"
 
 #include "host/SessionComparison.h"
+#include "host/SessionFile.h"
 
-#include <boost/json/parse.hpp>
+#include <boost/json/object.hpp>
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
+#include <utility>
+#include <vector>
 
 // Recorded sessions with the outputs that they must have, from the folder that all developers share.
 
@@ -26,15 +28,8 @@ std::string contentOf(const std::filesystem::path& file) {
 
 std::vector<boost::json::object> expectedOutputs(const std::string& content) {
     std::vector<boost::json::object> outputs;
-    std::istringstream lines(content);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.empty() || line.front() == '#') {
-            continue;
-        }
-        boost::json::object object = boost::json::parse(line).as_object();
-        if (object.contains("out")) {
-            outputs.push_back(std::move(object));
-        }
+    for (host::SessionExpectation& expectation : host::parseSession(content, "sample").expectations) {
+        outputs.push_back(std::move(expectation.output));
     }
     return outputs;
 }

@@ -7,10 +7,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
+#include <string_view>
+#include <sys/utsname.h>
 
 namespace {
 
 constexpr const char* uuid = "0123abcd-4567-89ef-cdef-0123456789ab";
+
+std::string osOf(std::string_view machine) {
+    return machine == "x86_64" ? "linux-x86_64" : machine == "aarch64" ? "linux-arm64" : "unknown";
+}
 
 class TesselClientRetrieverTest : public testing::Test {
 protected:
@@ -22,12 +29,12 @@ protected:
 TEST_F(TesselClientRetrieverTest, GathersAllFields) {
     data.write("Norvane/Norvane Kestrel Suite/DeviceDetails/Sid", "abc");
     data.write("Sandpiper/Endpoint Agent/MachineId", std::string(uuid) + "\n");
+    utsname names{};
+    ASSERT_EQ(::uname(&names), 0);
     const TesselClientRetriever client;
     EXPECT_EQ(client.getProduct(), "Wren Gate");
     EXPECT_EQ(client.getVersion(), "5.1.11.2143");
-#ifdef __x86_64__
-    EXPECT_EQ(client.getOs(), "linux-x86_64");
-#endif
+    EXPECT_EQ(client.getOs(), osOf(names.machine));
     EXPECT_EQ(client.getDeviceHash(), "A9993E364706816ABA3E25717850C26C9CD0D89D");
     EXPECT_EQ(client.getSandpiperId(), uuid);
     EXPECT_TRUE(capture.messages(3).empty());
