@@ -22,8 +22,10 @@ endif()
 
 find_program(WREN_CCACHE ccache)
 if(WREN_CCACHE)
-    # Precompiled headers are hashed by ccache only when their times may be ignored.
-    set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${WREN_CCACHE})
+    # Precompiled headers are hashed by ccache only when their times may be ignored. A second checkout finds what the
+    # first one built.
+    set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${WREN_CCACHE})
     set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
     set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
