@@ -26,11 +26,6 @@ QuillApiResult guarded(Work work) {
 
 } // namespace
 
-Backend& Backend::instance() {
-    static Backend backend;
-    return backend;
-}
-
 Backend::Backend()
     : factory(makeFactory(*this))
     , service(thread, told, cookies) {}

@@ -19,7 +19,7 @@
 namespace sim {
 
 /// What stands behind the library's exports and its API objects. One in the process, from the first use to
-/// the unloading of the library. Any thread.
+/// the unloading of the library, or to the process's end where that is the same. Any thread.
 class Backend {
 public:
     static Backend& instance();

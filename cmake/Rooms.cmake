@@ -28,20 +28,20 @@ function(wren_room name)
     target_link_libraries(${name} PUBLIC ${room_DEPENDS} PRIVATE wren_flags)
 endfunction()
 
-# wren_module_exports(NAME MAP): the shared library exports what its version script names and nothing else, and needs
-# nothing that is not linked. What it exports it may also call itself, and then finds its own: a host may hold other
-# modules that export the same names. On Windows the export attributes in the sources alone decide, and the library's name
-# bears no prefix.
-function(wren_module_exports name map)
+# wren_module_exports(NAME LIST): the shared library exports what its list names and nothing else: LIST.map is a version
+# script, LIST.def the same for Windows. It needs nothing that is not linked. What it exports it may also call itself, and
+# then finds its own: a host may hold other modules that export the same names. On Windows the library's name bears no prefix.
+function(wren_module_exports name list)
+    set(list ${CMAKE_CURRENT_SOURCE_DIR}/${list})
     if(WIN32)
         set_target_properties(${name} PROPERTIES PREFIX "")
+        target_sources(${name} PRIVATE ${list}.def)
         return()
     endif()
-    set(script ${CMAKE_CURRENT_SOURCE_DIR}/${map})
-    target_link_options(${name} PRIVATE LINKER:--version-script=${script} LINKER:--as-needed
+    target_link_options(${name} PRIVATE LINKER:--version-script=${list}.map LINKER:--as-needed
         LINKER:-Bsymbolic-functions)
     if(NOT WREN_SANITIZE) # a sanitizer's runtime is found in the program
         target_link_options(${name} PRIVATE LINKER:--no-undefined)
     endif()
-    set_target_properties(${name} PROPERTIES LINK_DEPENDS ${script})
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS ${list}.map)
 endfunction()

@@ -1,9 +1,11 @@
 /// Chooses how much the module logs.
 #pragma once
 
+#include "host/DataFolder.h"
 #include "host/PluginModule.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace host {
@@ -15,20 +17,35 @@ inline constexpr const char* logLevels[] = {"DBG_TRACE", "DBG_INFO", "DBG_WARN",
 /// @param level one of `logLevels`
 int severityOf(const std::string& level);
 
-/// A private data folder for a module that is loaded while this exists: its log configuration lets pass what
-/// is at or above one level. The folder goes with the object.
-class LogLevelFolder {
+/// A folder that nobody else may look into. It goes with the object.
+class PrivateFolder {
 public:
-    /// Makes the folder and names it to the module through the environment: no other thread may run yet.
-    /// @param level one of `logLevels`
-    /// @throws HostError where the folder cannot be made
-    explicit LogLevelFolder(const std::string& level);
-    LogLevelFolder(const LogLevelFolder&) = delete;
-    LogLevelFolder& operator=(const LogLevelFolder&) = delete;
-    ~LogLevelFolder();
+    /// @throws HostError where it cannot be made
+    PrivateFolder();
+    PrivateFolder(const PrivateFolder&) = delete;
+    PrivateFolder& operator=(const PrivateFolder&) = delete;
+    ~PrivateFolder();
+
+    const std::filesystem::path& path() const noexcept { return folder; }
 
 private:
     std::filesystem::path folder;
+};
+
+/// A private data folder for a module that is loaded while this exists: its log configuration lets pass what
+/// is at or above one level.
+class LogLevelFolder {
+public:
+    /// Makes the folder and tells the modules of it: no other thread may run yet.
+    /// @param level one of `logLevels`
+    /// @throws HostError where the folder cannot be made
+    explicit LogLevelFolder(const std::string& level);
+
+    const std::filesystem::path& path() const noexcept { return folder.path(); }
+
+private:
+    PrivateFolder folder;
+    std::optional<DataFolder> chosen;
 };
 
 /// Loads a module that logs from `level` on. It reads its configuration while it is loaded: the folder that

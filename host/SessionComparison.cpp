@@ -2,32 +2,69 @@
 
 #include <boost/json/serialize.hpp>
 
-#include <string_view>
+#include <algorithm>
+#include <iterator>
 
 namespace host {
 namespace {
 
 constexpr std::string_view stampBegin = " timestamp=\"";
 constexpr std::string_view anyStamp = " timestamp=\"*\"";
+constexpr std::string_view agentBegin = " user_agent=\"";
 
-/// Whether the texts are the same, but for time stamps that the expected one leaves open.
-bool meetsText(std::string_view expected, std::string_view actual) {
-    for (;;) {
-        const std::size_t open = expected.find(anyStamp);
-        if (open == std::string_view::npos) {
-            return expected == actual;
-        }
-        const std::size_t value = open + stampBegin.size();
-        if (actual.substr(0, value) != expected.substr(0, value)) {
-            return false;
-        }
-        const std::size_t end = actual.find('"', value);
-        if (end == std::string_view::npos) {
-            return false;
-        }
-        expected.remove_prefix(open + anyStamp.size());
-        actual.remove_prefix(end + 1);
+/// The systems that a module calls itself built for, at the end of a user agent.
+constexpr std::string_view systems[] = {"win", "win-arm64", "linux-x86_64", "linux-arm64", "unknown"};
+
+std::string stampAsExpected(std::string_view expected, std::string_view actual) {
+    return std::string(expected == "*" ? expected : actual);
+}
+
+/// The system at the end of a user agent, with its brackets; nothing where there is none that is known.
+std::string_view systemOf(std::string_view agent) {
+    const std::size_t open = agent.rfind('(');
+    if (open == std::string_view::npos || !agent.ends_with(')')) {
+        return {};
     }
+    const std::string_view name = agent.substr(open + 1, agent.size() - open - 2);
+    return std::ranges::find(systems, name) != std::end(systems) ? agent.substr(open) : std::string_view();
+}
+
+std::string agentAsExpected(std::string_view expected, std::string_view actual) {
+    const std::string_view wanted = systemOf(expected);
+    const std::string_view found = systemOf(actual);
+    if (wanted.empty() || found.empty()) {
+        return std::string(actual);
+    }
+    return std::string(actual.substr(0, actual.size() - found.size())).append(wanted);
+}
+
+/// The value of the text's next attribute, which is taken off the text with all before it.
+std::string_view takeValue(std::string_view& text, std::string_view begin) {
+    const std::size_t open = text.find(begin);
+    const std::size_t end = open == std::string_view::npos ? open : text.find('"', open + begin.size());
+    if (end == std::string_view::npos) {
+        text = {};
+        return {};
+    }
+    const std::string_view value = text.substr(open + begin.size(), end - open - begin.size());
+    text.remove_prefix(end);
+    return value;
+}
+
+/// The actual text, each value of the attribute as `choose` has it.
+std::string withValues(std::string_view begin, std::string_view expected, std::string_view actual,
+                       std::string (*choose)(std::string_view expected, std::string_view actual)) {
+    std::string result;
+    while (!actual.empty()) {
+        const std::string_view rest = actual;
+        const std::string_view value = takeValue(actual, begin);
+        if (actual.empty()) {
+            return result.append(rest);
+        }
+        result.append(rest.substr(0, static_cast<std::size_t>(value.data() - rest.data())))
+            .append(choose(takeValue(expected, begin), value));
+    }
+    return result;
 }
 
 std::string masked(std::string_view text) {
@@ -60,6 +97,11 @@ SessionDifference difference(const std::vector<boost::json::object>& expected, s
 
 } // namespace
 
+std::string asExpected(std::string_view expected, std::string_view actual) {
+    return withValues(agentBegin, expected, withValues(stampBegin, expected, actual, stampAsExpected),
+                      agentAsExpected);
+}
+
 void maskTimeStamps(std::vector<boost::json::object>& outputs) {
     for (boost::json::object& output : outputs) {
         boost::json::value* xml = output.if_contains("xml");
@@ -79,7 +121,8 @@ bool meetsExpectation(const boost::json::object& expected, const boost::json::ob
             return false;
         }
         const bool isNotice = key == "xml" && value.is_string() && found->is_string();
-        if (isNotice ? !meetsText(value.get_string(), found->get_string()) : value != *found) {
+        if (isNotice ? value.get_string() != asExpected(value.get_string(), found->get_string())
+                     : value != *found) {
             return false;
         }
     }

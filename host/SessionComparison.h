@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -19,10 +20,15 @@ struct SessionDifference {
 };
 
 /// Compares output lines in order. Of an expected line only the keys that it holds count; "optional" lines
-/// may be missing; a time stamp of "*" in an expected notice stands for any.
+/// may be missing. Of notices some is left open, as `asExpected` tells.
 /// @return the first difference, none where all is as expected
 std::optional<SessionDifference> firstDifference(const std::vector<boost::json::object>& expected,
                                                  const std::vector<boost::json::object>& actual);
+
+/// A notice as it would be, had what an expected one leaves open come as expected: a time stamp of "*" stands
+/// for any, and a user agent for one that differs in its system, so that a session from one system can be
+/// replayed on another.
+std::string asExpected(std::string_view expected, std::string_view actual);
 
 /// Leaves the time stamps of all notices open: recordings hold those of their own time.
 void maskTimeStamps(std::vector<boost::json::object>& outputs);

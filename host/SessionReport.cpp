@@ -38,8 +38,10 @@ std::string keyReport(std::string_view key, const json::value& expected, const j
                "\n";
     }
     const std::string_view wanted = expected.get_string();
-    const std::string_view found = actual->get_string();
-    const auto place = static_cast<std::size_t>(std::ranges::mismatch(wanted, found).in1 - wanted.begin());
+    const std::string found = key == "xml" ? asExpected(wanted, actual->get_string())
+                                           : std::string(std::string_view(actual->get_string()));
+    const auto place =
+        static_cast<std::size_t>(std::ranges::mismatch(wanted, std::string_view(found)).in1 - wanted.begin());
     return report + ", from byte " + std::to_string(place) + " on\n    expected " +
            excerpt(wanted, place, shownBefore, shownBehind) + "\n    actual   " +
            excerpt(found, place, shownBefore, shownBehind) + "\n";

@@ -10,13 +10,18 @@ namespace {
 
 constexpr const wchar_t* windowsKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion";
 
+/// Logs what failed and why. The error is asked for by the caller, since logging has calls to the system of
+/// its own.
+void logFailure(const char* what, DWORD error) {
+    COMMON2_LOG(DBG_ERROR, "VantorDeviceID::getDeviceDetailsFromOS") << what << error;
+}
+
 /// The security identifier of the machine's own account.
 bool readMachineSid(std::vector<unsigned char>& sid) {
-    constexpr const char* function = "VantorDeviceID::getDeviceDetailsFromOS";
     wchar_t computer[MAX_COMPUTERNAME_LENGTH + 1];
     DWORD computerSize = MAX_COMPUTERNAME_LENGTH + 1;
     if (!::GetComputerNameW(computer, &computerSize)) {
-        COMMON2_LOG(DBG_ERROR, function) << "::GetComputerName failed with err " << ::GetLastError();
+        logFailure("::GetComputerName failed with err ", ::GetLastError());
         return false;
     }
     DWORD sidSize = 0;
@@ -24,17 +29,18 @@ bool readMachineSid(std::vector<unsigned char>& sid) {
     SID_NAME_USE use{};
     if (!::LookupAccountNameW(nullptr, computer, nullptr, &sidSize, nullptr, &domainSize, &use) &&
         ::GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
-        COMMON2_LOG(DBG_ERROR, function) << "::LookupAccountName first failed with err " << ::GetLastError();
+        logFailure("::LookupAccountName first failed with err ", ::GetLastError());
         return false;
     }
     sid.resize(sidSize);
     std::wstring domain(domainSize, L'\0');
     if (!::LookupAccountNameW(nullptr, computer, sid.data(), &sidSize, domain.data(), &domainSize, &use)) {
-        COMMON2_LOG(DBG_ERROR, function) << "::LookupAccountName second failed with err " << ::GetLastError();
+        logFailure("::LookupAccountName second failed with err ", ::GetLastError());
         return false;
     }
     if (!::IsValidSid(sid.data())) {
-        COMMON2_LOG(DBG_ERROR, function) << "GetDeviceID->IsValidSid() sid is NOT valid ";
+        COMMON2_LOG(DBG_ERROR, "VantorDeviceID::getDeviceDetailsFromOS")
+            << "GetDeviceID->IsValidSid() sid is NOT valid ";
         return false;
     }
     return true;

@@ -1,7 +1,7 @@
 /// Times as the user's locale writes them.
 #pragma once
 
-#include <ctime>
+#include <cstdint>
 #include <string>
 
 namespace common2 {
@@ -10,6 +10,6 @@ namespace common2 {
 /// @param time seconds since 1970-01-01 UTC
 /// @param format as wcsftime takes it
 /// @return empty if the time has no calendar date or its text is longer than 63 characters
-std::string localTimeText(std::time_t time, const wchar_t* format);
+std::string localTimeText(std::int64_t time, const wchar_t* format);
 
 } // namespace common2

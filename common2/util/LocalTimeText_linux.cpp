@@ -2,6 +2,7 @@
 
 #include "common2/util/WideText.h"
 
+#include <ctime>
 #include <cwchar>
 
 namespace common2 {
@@ -11,9 +12,10 @@ constexpr std::size_t longestText = 64; ///< in wide characters, with the NUL
 
 } // namespace
 
-std::string localTimeText(std::time_t time, const wchar_t* format) {
+std::string localTimeText(std::int64_t time, const wchar_t* format) {
+    const auto seconds = static_cast<std::time_t>(time);
     std::tm local{};
-    if (!::localtime_r(&time, &local)) {
+    if (!::localtime_r(&seconds, &local)) {
         return {};
     }
     wchar_t text[longestText];

@@ -241,7 +241,7 @@ std::string formatStatTime(QuillTimePoint time) {
     if (seconds == 0) {
         return "None";
     }
-    return seconds < 0 ? "N/A" : common2::localTimeText(static_cast<std::time_t>(seconds), L"%x %X");
+    return seconds < 0 ? "N/A" : common2::localTimeText(seconds, L"%x %X");
 }
 
 std::string_view proxyStatusText(std::string_view status) noexcept {

@@ -1,12 +1,21 @@
-/// How a name leaves a shared library, on every platform that the SDK is built for.
+/// How a name leaves a shared library and how it is called, on every platform that the SDK is built for.
 #pragma once
 
 #if defined(_WIN32)
-#define WREN_DLL_EXPORT __declspec(dllexport)
+#define WREN_DLL_EXPORT /* the library's module definition file names what it exports */
 #define WREN_DLL_IMPORT __declspec(dllimport)
 #else
 #define WREN_DLL_EXPORT __attribute__((visibility("default")))
 #define WREN_DLL_IMPORT __attribute__((visibility("default")))
+#endif
+
+/// How functions are called that go by name or by a record's field: on 32-bit Windows there are several ways,
+/// and a host may be built with another as its own. Operations of interfaces are called as compilers call
+/// members by themselves, which is `__thiscall` there.
+#if defined(_WIN32)
+#define WREN_CALL __cdecl
+#else
+#define WREN_CALL
 #endif
 
 /// On what the presentation module exports. Only the module's own build defines WREN_MODULE_BUILD.

@@ -36,11 +36,11 @@ extern "C" {
 /// Makes a plugin object. Each object is independent of the others; a host may hold several.
 /// @param interfaceName `presentationInterfaceName`; anything else, null included, is refused
 /// @return the object, owned by the host until `DisposePlugin`; null on failure, which the log explains
-WREN_MODULE_API Plugin* CreatePlugin(const char* interfaceName);
+WREN_MODULE_API Plugin* WREN_CALL CreatePlugin(const char* interfaceName);
 
 /// Destroys a plugin object, stopping and unregistering it first where the host has not: a running one still
 /// calls back `StopDone` from within. Must not be called from inside one of the object's own callbacks.
 /// @param plugin from `CreatePlugin`, or null
 /// @return true
-WREN_MODULE_API bool DisposePlugin(Plugin* plugin);
+WREN_MODULE_API bool WREN_CALL DisposePlugin(Plugin* plugin);
 }

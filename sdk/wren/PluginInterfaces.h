@@ -31,7 +31,7 @@ typedef struct PluginInterfaceList {
 } PluginInterfaceList;
 
 /** The interfaces of this module. Any thread, at any time, always the same answer. */
-WREN_MODULE_API PluginInterfaceList GetAvailableInterfaces(void);
+WREN_MODULE_API PluginInterfaceList WREN_CALL GetAvailableInterfaces(void);
 
 #ifdef __cplusplus
 }

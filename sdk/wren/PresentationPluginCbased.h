@@ -57,11 +57,11 @@ typedef struct PresentationCbasedCallbacks {
      * @param hostHandle the word given to `Register`
      * @param xml a "vtguiNotice" document, valid during the call only
      * @return ignored */
-    int32_t (*Notify)(uintptr_t context, uintptr_t hostHandle, const char* xml);
+    int32_t(WREN_CALL* Notify)(uintptr_t context, uintptr_t hostHandle, const char* xml);
     /** Tells that a running plugin has stopped. Arrives on the thread that called `Stop`, or that disposes of
      * the record, before that call returns.
      * @return ignored */
-    int32_t (*StopDone)(uintptr_t context, uintptr_t hostHandle);
+    int32_t(WREN_CALL* StopDone)(uintptr_t context, uintptr_t hostHandle);
 } PresentationCbasedCallbacks;
 
 /** What the host supplies to translate texts. This plugin never calls it. */
@@ -70,9 +70,11 @@ typedef struct TranslatorCbasedCallbacks {
     uintptr_t context;
     /** The first translation, of three words.
      * @return `presentationFailed` stands for a host that supplied no record */
-    int32_t (*TranslatorOperation1)(uintptr_t context, uintptr_t first, uintptr_t second, uintptr_t third);
+    int32_t(WREN_CALL* TranslatorOperation1)(uintptr_t context, uintptr_t first, uintptr_t second,
+                                             uintptr_t third);
     /** The second translation, likewise. */
-    int32_t (*TranslatorOperation2)(uintptr_t context, uintptr_t first, uintptr_t second, uintptr_t third);
+    int32_t(WREN_CALL* TranslatorOperation2)(uintptr_t context, uintptr_t first, uintptr_t second,
+                                             uintptr_t third);
 } TranslatorCbasedCallbacks;
 
 /** A plugin. */
@@ -82,7 +84,7 @@ typedef struct PresentationPluginCbasedMethods {
     /** The plugin, to be passed first to every function. */
     void* handle;
     /** Whether the plugin can be used as the named interface in that version; a null name is allowed. */
-    bool (*SupportsInterface)(void* handle, const char* name, int version);
+    bool(WREN_CALL* SupportsInterface)(void* handle, const char* name, int version);
     /** Gives the plugin the host's records. First call after creation. The records of the latest call count,
      * also where that call is refused: who registers twice must keep the second records alive as well.
      * @param arguments must not be null; not read
@@ -90,53 +92,56 @@ typedef struct PresentationPluginCbasedMethods {
      * @param callbacks null to hear nothing
      * @param translator may be null
      * @return `presentationDone`, `presentationNullArgument` or `presentationFailed` */
-    int32_t (*Register)(void* handle, const char* arguments, uintptr_t hostHandle,
-                        PresentationCbasedCallbacks* callbacks, TranslatorCbasedCallbacks* translator);
+    int32_t(WREN_CALL* Register)(void* handle, const char* arguments, uintptr_t hostHandle,
+                                 PresentationCbasedCallbacks* callbacks,
+                                 TranslatorCbasedCallbacks* translator);
     /** Draws the first screen and starts the backend. On failure the plugin stays registered, with the error
      * on screen, and `Start` may be called again.
      * @return `presentationDone` or `presentationFailed` */
-    int32_t (*Start)(void* handle);
+    int32_t(WREN_CALL* Start)(void* handle);
     /** Stops the backend and calls `StopDone`, also where the backend reports a failure.
      * @param reason 0 or 1, treated alike; anything else is refused and the plugin keeps running
      * @return `presentationDone` or `presentationFailed` */
-    int32_t (*Stop)(void* handle, uint32_t reason);
+    int32_t(WREN_CALL* Stop)(void* handle, uint32_t reason);
     /** Forgets the host's records. Only while stopped; otherwise they stay in use.
      * @return `presentationDone` or `presentationFailed` */
-    int32_t (*Unregister)(void* handle);
+    int32_t(WREN_CALL* Unregister)(void* handle);
     /** Whether the plugin shows anything: true. */
-    bool (*IsUIEnabled)(void* handle);
+    bool(WREN_CALL* IsUIEnabled)(void* handle);
     /** Copies the plugin's identity. All three getters work alike: the text with its NUL needs n bytes. With
      * a buffer and `*size >= n` the text is copied and `presentationDone` returned, `*size` unchanged.
      * Otherwise `*size` becomes n and `presentationBufferTooSmall` is returned, so that a null buffer asks
      * for the size. A null `size` gives `presentationFailed`. */
-    int32_t (*GetIdentity)(void* handle, char* buffer, uint32_t* size);
+    int32_t(WREN_CALL* GetIdentity)(void* handle, char* buffer, uint32_t* size);
     /** Copies the name that users know the plugin by, likewise. */
-    int32_t (*GetLabel)(void* handle, char* buffer, uint32_t* size);
+    int32_t(WREN_CALL* GetLabel)(void* handle, char* buffer, uint32_t* size);
     /** Copies the version that users are shown, likewise. */
-    int32_t (*GetDisplayVersion)(void* handle, char* buffer, uint32_t* size);
+    int32_t(WREN_CALL* GetDisplayVersion)(void* handle, char* buffer, uint32_t* size);
     /** Not offered: touches no argument and returns `presentationEncryptUnavailable`. */
-    int32_t (*Encrypt)(void* handle, uintptr_t first, uintptr_t second, uintptr_t third, uintptr_t fourth);
+    int32_t(WREN_CALL* Encrypt)(void* handle, uintptr_t first, uintptr_t second, uintptr_t third,
+                                uintptr_t fourth);
     /** Not offered: writes an empty text to `output` and 0 to `outputSize`, each where it is not null, and
      * returns `presentationNotProvided`. */
-    int32_t (*Decrypt)(void* handle, uintptr_t first, uintptr_t second, char* output, uint32_t* outputSize);
+    int32_t(WREN_CALL* Decrypt)(void* handle, uintptr_t first, uintptr_t second, char* output,
+                                uint32_t* outputSize);
     /** Reports what the user did.
      * @param xml a "vtguiEvent" document
      * @return `presentationDone`, also for a click that is refused; `presentationFailed` for a document that
      *         is no event and for a control that the plugin does not know */
-    int32_t (*EventNotification)(void* handle, const char* xml);
+    int32_t(WREN_CALL* EventNotification)(void* handle, const char* xml);
     /** Whether several users may be logged in: true. */
-    bool (*IsMultiUserModeEnabled)(void* handle);
+    bool(WREN_CALL* IsMultiUserModeEnabled)(void* handle);
     /** Not offered: returns `presentationNotProvided`. */
-    int32_t (*GetPendingApprovalData)(void* handle, uintptr_t first, uintptr_t second);
+    int32_t(WREN_CALL* GetPendingApprovalData)(void* handle, uintptr_t first, uintptr_t second);
     /** Not offered: returns `presentationNotProvided`. */
-    int32_t (*ApprovalEventNotification)(void* handle, uintptr_t first);
+    int32_t(WREN_CALL* ApprovalEventNotification)(void* handle, uintptr_t first);
 } PresentationPluginCbasedMethods;
 
 /** Makes a plugin. Each is independent of the others; a host may hold several. Any thread.
  * @param interfaceName `WREN_CBASED_PRESENTATION_INTERFACE`; anything else, null included, is refused
  * @return the plugin's record, valid until `DisposeCbasedPlugin`; null on failure, which the log explains
  */
-WREN_MODULE_API PresentationPluginCbasedMethods* CreateCbasedPlugin(const char* interfaceName);
+WREN_MODULE_API PresentationPluginCbasedMethods* WREN_CALL CreateCbasedPlugin(const char* interfaceName);
 
 /** Ends a plugin and its record, stopping and unregistering it first where the host has not: a running one
  * still calls back `StopDone` from within. Any thread, but not from inside a callback of that plugin.
@@ -144,7 +149,7 @@ WREN_MODULE_API PresentationPluginCbasedMethods* CreateCbasedPlugin(const char* 
  *     another module's record, one that was disposed of already (unless a newer record has got its address).
  * @return whether it was a record of this module
  */
-WREN_MODULE_API bool DisposeCbasedPlugin(PresentationPluginCbasedMethods* methods);
+WREN_MODULE_API bool WREN_CALL DisposeCbasedPlugin(PresentationPluginCbasedMethods* methods);
 
 #ifdef __cplusplus
 }

@@ -104,5 +104,5 @@ protected:
 
 extern "C" {
 /// @param factory receives the library's factory on success
-WREN_BACKEND_API QuillApiResult GetQuillApiFactory(std::weak_ptr<IQuillApiFactory>& factory);
+WREN_BACKEND_API QuillApiResult WREN_CALL GetQuillApiFactory(std::weak_ptr<IQuillApiFactory>& factory);
 }

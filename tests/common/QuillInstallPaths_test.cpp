@@ -1,17 +1,18 @@
 #include "common/QuillInstallPaths.h"
 
+#include "common2/windows/os/KnownFolder.h"
 #include "tests/support/LogCapture.h"
-#include "tests/support/ScopedEnvironment.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 TEST(QuillInstallPaths, ContextChoosesTheFolder) {
-    const test::ScopedEnvironment data("WREN_PROGRAM_DATA", "/machine");
-    const test::ScopedEnvironment home("XDG_DATA_HOME", "/user");
-    EXPECT_EQ(QuillInstallPaths::GetProgramDataPath(0), "/machine/Norvane/Norvane Kestrel Suite/WREN");
-    EXPECT_EQ(QuillInstallPaths::GetProgramDataPath(1), "/user/Norvane/Norvane Kestrel Suite/WREN");
+    const auto below = [](int folder) {
+        return KnownFolder::GetPath(folder) / "Norvane" / "Norvane Kestrel Suite" / "WREN";
+    };
+    EXPECT_EQ(QuillInstallPaths::GetProgramDataPath(0), below(4));
+    EXPECT_EQ(QuillInstallPaths::GetProgramDataPath(1), below(5));
 }
 
 TEST(QuillInstallPaths, OtherContextIsLoggedAndYieldsAnEmptyPath) {

@@ -16,7 +16,7 @@ TEST(LogLevelFolder, HoldsTheConfigurationAndGoesWithIt) {
     fs::path folder;
     {
         const host::LogLevelFolder level("DBG_WARN");
-        folder = std::getenv("WREN_PROGRAM_DATA");
+        folder = level.path();
         EXPECT_EQ(host::readFile(folder / "Norvane" / "Norvane Kestrel Suite" / "WREN" / "logconfig.json"),
                   "{\"global\":\"DBG_WARN\"}\n");
         EXPECT_EQ(fs::status(folder).permissions(), fs::perms::owner_all) << "private";
@@ -26,9 +26,8 @@ TEST(LogLevelFolder, HoldsTheConfigurationAndGoesWithIt) {
 
 TEST(LogLevelFolder, EachIsItsOwn) {
     const host::LogLevelFolder first("DBG_TRACE");
-    const std::string folder = std::getenv("WREN_PROGRAM_DATA");
     const host::LogLevelFolder second("DBG_ERROR");
-    EXPECT_NE(folder, std::getenv("WREN_PROGRAM_DATA"));
+    EXPECT_NE(first.path(), second.path());
 }
 
 TEST(LogLevelFolder, WithoutATemporaryFolderThereIsOneClearError) {

@@ -97,6 +97,33 @@ TEST(SessionReport, MissingKeyIsNamed) {
                 HasSubstr("  \"value\" is missing; expected 0\n"));
 }
 
+TEST(SessionReport, ShowsWhatIsLeftOpenAsExpected) {
+    const host::Session session =
+        host::parseSession(R"({"n":1,"out":"notice","xml":"<a timestamp=\"*\" b=\"1\"/>"})", "file");
+    const auto actual = lines({R"({"n":1,"out":"notice","xml":"<a timestamp=\"11/21/26\" b=\"2\"/>"})"});
+    EXPECT_EQ(host::reportOf({0, 0, ""}, session, actual), "file:1: not met\n"
+                                                           "  \"xml\", from byte 20 on\n"
+                                                           "    expected <a timestamp=\"*\" b=\"1\"/>\n"
+                                                           "    actual   <a timestamp=\"*\" b=\"2\"/>\n");
+}
+
+TEST(AsExpected, TimeStampsAreOpenWhereTheExpectationSaysSo) {
+    EXPECT_EQ(host::asExpected(R"(<a timestamp="*"/><b timestamp="1"/>)",
+                               R"(<a timestamp="8"/><b timestamp="9"/>)"),
+              R"(<a timestamp="*"/><b timestamp="9"/>)");
+    EXPECT_EQ(host::asExpected(R"(<a timestamp="*"/>)", R"(<a timestamp="8)"), R"(<a timestamp="8)");
+    EXPECT_EQ(host::asExpected("", R"(<a timestamp="8"/>)"), R"(<a timestamp="8"/>)");
+}
+
+TEST(AsExpected, TheSystemOfAUserAgentIsOpenAndNothingElseOfIt) {
+    const auto agent = [](const std::string& value) { return "<a user_agent=\"" + value + "\" b=\"\"/>"; };
+    const std::string expected = agent("X 1 (linux-x86_64)");
+    EXPECT_EQ(host::asExpected(expected, agent("X 1 (win)")), expected);
+    EXPECT_EQ(host::asExpected(expected, agent("X 2 (win)")), agent("X 2 (linux-x86_64)"));
+    EXPECT_EQ(host::asExpected(expected, agent("X 1 (other)")), agent("X 1 (other)"));
+    EXPECT_EQ(host::asExpected(agent("X 1"), agent("X 1 (win)")), agent("X 1 (win)"));
+}
+
 TEST(MaskedTimeStamps, OfNoticesAreLeftOpen) {
     auto outputs = lines({R"({"out":"notice","xml":"<a timestamp=\"1\"/><b timestamp=\"\" c=\"2\"/>"})",
                           R"({"out":"log","message":"a timestamp=\"1\""})",

@@ -1,9 +1,9 @@
 /* A host in plain C: loads the module, drives a plugin through its whole life by the record of functions, and
  * checks what it answers and shows. Takes the module's path and tells the first thing that is wrong. */
 #include "backend-sim/WrenSim.h"
+#include "tests/module/CHostLibrary.h"
 #include "wren/PresentationPluginCbased.h"
 
-#include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -57,7 +57,7 @@ typedef PluginInterfaceList (*Interfaces)(void);
 
 /* Stores the address of an exported function in the pointer to a function behind `function`. */
 static void find(void* module, const char* name, void* function) {
-    void* const symbol = dlsym(module, name);
+    void* const symbol = findInModule(module, name);
     CHECK(symbol != NULL);
     memcpy(function, &symbol, sizeof symbol);
 }
@@ -126,9 +126,8 @@ static void checkARun(const PresentationPluginCbasedMethods* plugin, Heard* hear
 
 int main(int argc, char** argv) {
     CHECK(argc == 2);
-    void* const module = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
+    void* const module = openModule(argv[1]);
     if (module == NULL) {
-        fprintf(stderr, "%s\n", dlerror());
         return EXIT_FAILURE;
     }
     Interfaces interfaces;
@@ -162,6 +161,6 @@ int main(int argc, char** argv) {
     CHECK(!dispose(plugin));
     CHECK(!dispose(NULL));
     wrensim_forget_receivers();
-    dlclose(module);
+    closeModule(module);
     return EXIT_SUCCESS;
 }

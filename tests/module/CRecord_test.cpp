@@ -295,21 +295,4 @@ TEST_F(CRecord, SeveralLiveSideBySideWithClasses) {
     EXPECT_THAT(results(R"({"do":"stop"})"), ElementsAre("result 0"));
 }
 
-unsigned decoyCalls = 0;
-
-} // namespace
-
-/// A function of the host's own by the module's name; another module's would be one as well.
-Plugin* CreatePlugin(const char*) {
-    ++decoyCalls;
-    return nullptr;
-}
-
-namespace {
-
-TEST_F(CRecord, ComesFromTheModulesOwnCreatePlugin) {
-    EXPECT_THAT(run(create), Contains("created true"));
-    EXPECT_EQ(decoyCalls, 0u);
-}
-
 } // namespace

@@ -115,13 +115,31 @@ TEST(ModuleFile, ExportsTheEntryPointsAndTheClassPluginAndNothingElse) {
                                "typeinfo name for Plugin", "vtable for Plugin"}));
 }
 
-/// A function of an object's table by its place. A destructor takes two places on this platform.
+/// An operation of an object's table, called as compilers call members, which may differ from functions.
 template <class Function>
-Function slotOf(void* object, std::size_t place) {
-    void** table = *static_cast<void***>(object);
-    Function function;
-    std::memcpy(&function, &table[place], sizeof function);
-    return function;
+struct Slot;
+template <class Result, class... Arguments>
+struct Slot<Result (*)(void*, Arguments...)> {
+    void* code;
+
+    Result operator()(void* object, Arguments... arguments) const {
+        class Object;
+        using Operation = Result (Object::*)(Arguments...);
+        const struct {
+            void* code;
+            std::ptrdiff_t adjustment;
+        } representation{code, 0};
+        Operation operation;
+        static_assert(sizeof operation == sizeof representation);
+        std::memcpy(&operation, &representation, sizeof operation);
+        return (static_cast<Object*>(object)->*operation)(arguments...);
+    }
+};
+
+/// The operation in a place of an object's table. A destructor takes two places on this platform.
+template <class Function>
+Slot<Function> slotOf(void* object, std::size_t place) {
+    return {(*static_cast<void***>(object))[place]};
 }
 
 TEST(ModuleTables, PluginInterfaceHasItsSlotsInOrder) {

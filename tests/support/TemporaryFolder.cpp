@@ -1,18 +1,17 @@
 #include "tests/support/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <fstream>
+#include <random>
 #include <stdexcept>
 #include <string>
 
 namespace test {
 
 TemporaryFolder::TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "wren-test-XXXXXX").string();
-    if (!::mkdtemp(name.data())) {
-        throw std::runtime_error("cannot make a temporary folder");
-    }
-    folder = name;
+    std::random_device random;
+    do {
+        folder = std::filesystem::temp_directory_path() / ("wren-test-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(folder)); // false: somebody else has it
 }
 
 TemporaryFolder::~TemporaryFolder() {

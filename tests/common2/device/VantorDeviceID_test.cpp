@@ -1,8 +1,7 @@
 #include "common2/device/VantorDeviceID.h"
 
 #include "tests/support/LogCapture.h"
-#include "tests/support/ScopedEnvironment.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/MachineSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +12,7 @@ namespace {
 using Bytes = VantorDeviceID::Bytes;
 using Details = VantorDeviceID::Details;
 
-const std::string cache = "Norvane/Norvane Kestrel Suite/DeviceDetails/";
+const std::string cache = "Norvane/Norvane Kestrel Suite/DeviceDetails";
 
 std::string asText(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
@@ -29,9 +28,9 @@ bool readNothing(const std::wstring&, Bytes&) { return false; }
 class VantorDeviceIDTest : public testing::Test {
 protected:
     void cacheAll() const {
-        data.write(cache + "Sid", "sid");
-        data.write(cache + "DigitalProductId", "three");
-        data.write(cache + "DigitalProductId4", "four");
+        settings.setBytes(cache, "Sid", "sid");
+        settings.setBytes(cache, "DigitalProductId", "three");
+        settings.setBytes(cache, "DigitalProductId4", "four");
     }
 
     static std::string idOf(const VantorDeviceID& device) {
@@ -41,27 +40,26 @@ protected:
         return asText(id);
     }
 
-    test::TemporaryFolder data;
-    test::ScopedEnvironment variable{"WREN_PROGRAM_DATA", data.path().c_str()};
+    test::MachineSettings settings;
     test::LogCapture capture;
 };
 
 TEST_F(VantorDeviceIDTest, OrderIsNonceFourThreeSid) {
     cacheAll();
-    data.write(cache + "Nonce", "n0ce");
+    settings.setBytes(cache, "Nonce", "n0ce");
     EXPECT_EQ(idOf(VantorDeviceID(readNothing)), "n0cefourthreesid");
 }
 
 TEST_F(VantorDeviceIDTest, NonceIsTakenAsStored) {
-    data.write(cache + "Sid", "sid");
-    data.write(cache + "Nonce", std::string_view("\x01\x00\xFF\x02", 4));
+    settings.setBytes(cache, "Sid", "sid");
+    settings.setBytes(cache, "Nonce", std::string_view("\x01\x00\xFF\x02", 4));
     EXPECT_EQ(idOf(VantorDeviceID(readNothing)), std::string("\x01\x00\xFF\x02sid", 7));
 }
 
 TEST_F(VantorDeviceIDTest, NonceOfAnotherSizeCountsAsMissing) {
     cacheAll();
     for (const char* nonce : {"12345678", "123", ""}) {
-        data.write(cache + "Nonce", nonce);
+        settings.setBytes(cache, "Nonce", nonce);
         EXPECT_EQ(idOf(VantorDeviceID(readNothing)), "fourthreesid") << nonce;
     }
 }
@@ -73,13 +71,13 @@ TEST_F(VantorDeviceIDTest, CacheIsReadBeforeTheSystem) {
 }
 
 TEST_F(VantorDeviceIDTest, CachedSidAloneIsEnough) {
-    data.write(cache + "Sid", "sid");
-    data.write(cache + "DigitalProductId4", "four");
+    settings.setBytes(cache, "Sid", "sid");
+    settings.setBytes(cache, "DigitalProductId4", "four");
     EXPECT_EQ(idOf(VantorDeviceID(readAll)), "foursid");
 }
 
 TEST_F(VantorDeviceIDTest, WithoutACachedSidTheSystemIsAsked) {
-    data.write(cache + "DigitalProductId", "three");
+    settings.setBytes(cache, "DigitalProductId", "three");
     EXPECT_EQ(idOf(VantorDeviceID(readAll)), "os-4os-3os-sid");
     EXPECT_EQ(capture.messages(0), (std::vector<std::string>{"Retrieving device details from cache",
                                                              "Getting device details from OS settings"}));
@@ -87,7 +85,7 @@ TEST_F(VantorDeviceIDTest, WithoutACachedSidTheSystemIsAsked) {
 }
 
 TEST_F(VantorDeviceIDTest, NonceGoesInFrontOfTheSystemsDetailsToo) {
-    data.write(cache + "Nonce", "n0ce");
+    settings.setBytes(cache, "Nonce", "n0ce");
     EXPECT_EQ(idOf(VantorDeviceID(readOnlySid)), "n0ceos-sid");
 }
 
@@ -119,9 +117,9 @@ TEST_F(VantorDeviceIDTest, WithNeitherCacheNorSystemThereIsAnErrorAndNoText) {
 }
 
 TEST_F(VantorDeviceIDTest, HashIsThatOfTheBytes) {
-    data.write(cache + "Sid", "c");
-    data.write(cache + "DigitalProductId", "b");
-    data.write(cache + "DigitalProductId4", "a");
+    settings.setBytes(cache, "Sid", "c");
+    settings.setBytes(cache, "DigitalProductId", "b");
+    settings.setBytes(cache, "DigitalProductId4", "a");
     std::string text = "stale";
     EXPECT_FALSE(VantorDeviceID(readNothing).GetDeviceUniqueIDHash(text, "sha1"));
     EXPECT_EQ(text, "A9993E364706816ABA3E25717850C26C9CD0D89D");
@@ -160,14 +158,14 @@ TEST_F(VantorDeviceIDTest, KeyThatIsMissingIsLogged) {
 }
 
 TEST_F(VantorDeviceIDTest, ValueThatIsMissingIsLogged) {
-    data.write("Maker/Other", "x");
+    settings.setBytes("Maker", "Other", "x");
     Bytes bytes{1};
     EXPECT_FALSE(VantorDeviceID::getBinaryRegistryKey(L"Software\\Maker", L"Value", false, bytes));
     EXPECT_EQ(capture.messages(), std::vector<std::string>{"CRegKey::QueryBinaryValue returned error 2"});
 }
 
 TEST_F(VantorDeviceIDTest, EmptyValueIsLogged) {
-    data.write("Maker/Value", "");
+    settings.setBytes("Maker", "Value", "");
     Bytes bytes{1};
     EXPECT_FALSE(VantorDeviceID::getBinaryRegistryKey(L"Software\\Maker", L"Value", true, bytes));
     EXPECT_EQ(capture.messages(),
@@ -176,7 +174,7 @@ TEST_F(VantorDeviceIDTest, EmptyValueIsLogged) {
 
 TEST_F(VantorDeviceIDTest, NothingThatIsReadIsLogged) {
     cacheAll();
-    data.write(cache + "Nonce", "n0ce");
+    settings.setBytes(cache, "Nonce", "n0ce");
     std::string text;
     EXPECT_FALSE(VantorDeviceID(readAll).GetDeviceUniqueIDHash(text, "sha1"));
     EXPECT_TRUE(VantorDeviceID(readNothing).GetDeviceUniqueIDHash(text, "none"));

@@ -1,8 +1,7 @@
 #include "common2/tessel/TesselSandpiperId.h"
 
 #include "tests/support/LogCapture.h"
-#include "tests/support/ScopedEnvironment.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/MachineSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +10,8 @@ namespace {
 constexpr const char* uuid = "0123abcd-4567-89ef-CDEF-0123456789ab";
 constexpr const char* otherUuid = "11111111-2222-3333-4444-555555555555";
 
-const std::string suiteKey = "Norvane/Norvane Kestrel Suite/Sandpiper Endpoint Agent/";
-const std::string agentKey = "Sandpiper/Endpoint Agent/";
+const std::string suiteKey = "Norvane/Norvane Kestrel Suite/Sandpiper Endpoint Agent";
+const std::string agentKey = "Sandpiper/Endpoint Agent";
 
 class TesselSandpiperIdTest : public testing::Test {
 protected:
@@ -29,34 +28,33 @@ protected:
         EXPECT_EQ(id, "");
     }
 
-    test::TemporaryFolder data;
-    test::ScopedEnvironment variable{"WREN_PROGRAM_DATA", data.path().c_str()};
+    test::MachineSettings settings;
     test::LogCapture capture;
 };
 
 TEST_F(TesselSandpiperIdTest, SuitesKeyComesFirst) {
-    data.write(suiteKey + "MachineId", uuid);
-    data.write(agentKey + "MachineId", otherUuid);
+    settings.setText(suiteKey, "MachineId", uuid);
+    settings.setText(agentKey, "MachineId", otherUuid);
     expectId(uuid);
     EXPECT_TRUE(capture.records().empty());
 }
 
 TEST_F(TesselSandpiperIdTest, AgentsOwnKeyIsReadWhereTheSuiteHasNone) {
-    data.write(agentKey + "MachineId", otherUuid);
+    settings.setText(agentKey, "MachineId", otherUuid);
     expectId(otherUuid);
 }
 
 TEST_F(TesselSandpiperIdTest, WithoutEitherKeyThereIsNone) { expectError(7); }
 
 TEST_F(TesselSandpiperIdTest, SecondKeyIsNotTriedForAMissingValue) {
-    data.write(suiteKey + "Other", "x");
-    data.write(agentKey + "MachineId", otherUuid);
+    settings.setText(suiteKey, "Other", "x");
+    settings.setText(agentKey, "MachineId", otherUuid);
     expectError(7);
 }
 
 TEST_F(TesselSandpiperIdTest, InvalidValueIsLoggedAndTheSecondKeyNotTried) {
-    data.write(suiteKey + "MachineId", "no-uuid");
-    data.write(agentKey + "MachineId", otherUuid);
+    settings.setText(suiteKey, "MachineId", "no-uuid");
+    settings.setText(agentKey, "MachineId", otherUuid);
     expectError(14);
     EXPECT_EQ(capture.messages(), std::vector<std::string>{"Invalid Sandpiper UUID string: no-uuid"});
 }

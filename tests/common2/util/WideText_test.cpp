@@ -12,10 +12,10 @@ TEST(ToUtf8, WritesOneToFourBytesACharacter) {
     EXPECT_EQ(common2::toUtf8(L"\U00010000\U0010FFFF"), "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
 }
 
-TEST(ToUtf8, WhatIsNoCharacterIsReplaced) {
-    const wchar_t invalid[] = {static_cast<wchar_t>(0xD800), static_cast<wchar_t>(0xDFFF),
-                               static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1), L'x'};
-    EXPECT_EQ(common2::toUtf8({invalid, 5}), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDx");
+TEST(ToUtf8, HalfOfAPairIsReplaced) {
+    const wchar_t invalid[] = {static_cast<wchar_t>(0xDFFF), L'x', static_cast<wchar_t>(0xD800), L'x',
+                               static_cast<wchar_t>(0xD800)};
+    EXPECT_EQ(common2::toUtf8({invalid, 5}), "\xEF\xBF\xBDx\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
 
 } // namespace

@@ -3,12 +3,12 @@
 #include "common/PluginIdentity.h"
 #include "common/api/StatusNotification.h"
 #include "tests/support/Documents.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/XmlTree.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <ctime>
+#include <utility>
 
 namespace {
 
@@ -18,10 +18,7 @@ constexpr std::int64_t secondsOf2024 = 1704067200; // 2024-01-01 00:00:00 UTC
 
 class Statistics : public testing::Test {
 protected:
-    void SetUp() override {
-        ::setenv("TZ", "UTC", 1);
-        ::tzset();
-    }
+    const test::ScopedEnvironment zone{"TZ", "UTC0"};
 
     template <class Compose, class... Arguments>
     static std::string composed(UiNoticeType type, Compose compose, const Arguments&... arguments) {
@@ -271,8 +268,7 @@ TEST_F(Statistics, TimesAreNoneNotAvailableOrLocal) {
     EXPECT_EQ(formatStatTime(-10'000'000), "N/A");
     EXPECT_EQ(formatStatTime(10'000'000), "01/01/70 00:00:01");
     EXPECT_EQ(formatStatTime(secondsOf2024 * 10'000'000), "01/01/24 00:00:00");
-    ::setenv("TZ", "EST5", 1);
-    ::tzset();
+    const test::ScopedEnvironment eastern("TZ", "EST5");
     EXPECT_EQ(formatStatTime(secondsOf2024 * 10'000'000), "12/31/23 19:00:00");
 }
 

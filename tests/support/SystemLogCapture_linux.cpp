@@ -1,4 +1,4 @@
-#include "tests/support/SyslogCapture.h"
+#include "tests/support/SystemLogCapture.h"
 
 #include <cstdarg>
 #include <cstdio>
@@ -9,7 +9,7 @@ namespace {
 struct Captured {
     std::mutex mutex;
     std::string ident;
-    std::vector<test::SyslogLine> lines;
+    std::vector<test::SystemLogLine> lines;
 };
 
 Captured& captured() {
@@ -64,7 +64,7 @@ void closelog() {
 }
 }
 
-namespace test::syslogCapture {
+namespace test::systemLog {
 
 void reset() {
     const std::lock_guard lock(captured().mutex);
@@ -72,14 +72,14 @@ void reset() {
     captured().lines.clear();
 }
 
-std::string ident() {
+std::string source() {
     const std::lock_guard lock(captured().mutex);
     return captured().ident;
 }
 
-std::vector<SyslogLine> lines() {
+std::vector<SystemLogLine> lines() {
     const std::lock_guard lock(captured().mutex);
     return captured().lines;
 }
 
-} // namespace test::syslogCapture
+} // namespace test::systemLog

@@ -1,7 +1,7 @@
 #include "common2/logging/PlatformLogSink.h"
 
 #include "common2/logging/LogCore.h"
-#include "tests/support/SyslogCapture.h"
+#include "tests/support/SystemLogCapture.h"
 
 #include <boost/log/core/core.hpp>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ namespace {
 class PlatformLogSinkTest : public testing::Test {
 protected:
     PlatformLogSinkTest() {
-        test::syslogCapture::reset();
+        test::systemLog::reset();
         sink = common2::makePlatformLogSink("some_source");
         boost::log::core::get()->add_sink(sink);
     }
@@ -29,9 +29,9 @@ private:
 };
 
 TEST_F(PlatformLogSinkTest, RegistersItsSourceWhileItExists) {
-    EXPECT_EQ(test::syslogCapture::ident(), "some_source");
+    EXPECT_EQ(test::systemLog::source(), "some_source");
     remove();
-    EXPECT_EQ(test::syslogCapture::ident(), "");
+    EXPECT_EQ(test::systemLog::source(), "");
 }
 
 TEST_F(PlatformLogSinkTest, WritesTheFormattedLineWithAPriority) {
@@ -40,12 +40,12 @@ TEST_F(PlatformLogSinkTest, WritesTheFormattedLineWithAPriority) {
     COMMON2_LOG_AT(DBG_WARN, "F", 3, "f") << "w";
     COMMON2_LOG_AT(DBG_ERROR, "F", 4, "f") << "e";
     COMMON2_LOG_AT(7, "F", 5, "f") << "u";
-    EXPECT_EQ(test::syslogCapture::lines(),
-              (std::vector<test::SyslogLine>{{LOG_DEBUG, " [, ] T/ F:1 f() 100% %s %n"},
-                                             {LOG_INFO, " [, ] I/ F:2 f() i"},
-                                             {LOG_WARNING, " [, ] W/ F:3 f() w"},
-                                             {LOG_ERR, " [, ] E/ F:4 f() e"},
-                                             {LOG_INFO, " [, ] U/ F:5 f() u"}}));
+    EXPECT_EQ(test::systemLog::lines(),
+              (std::vector<test::SystemLogLine>{{LOG_DEBUG, " [, ] T/ F:1 f() 100% %s %n"},
+                                                {LOG_INFO, " [, ] I/ F:2 f() i"},
+                                                {LOG_WARNING, " [, ] W/ F:3 f() w"},
+                                                {LOG_ERR, " [, ] E/ F:4 f() e"},
+                                                {LOG_INFO, " [, ] U/ F:5 f() u"}}));
 }
 
 } // namespace

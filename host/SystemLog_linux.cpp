@@ -1,10 +1,8 @@
-#include "host/LogTap.h"
+#include "host/SystemLog.h"
 
 #include <cstdarg>
 #include <cstdio>
-#include <mutex>
 #include <string>
-#include <utility>
 
 // syslog(3) as this program supplies it, in the place of the C library's. Not declared through <syslog.h>,
 // whose checked variants are inline functions in some builds.
@@ -25,16 +23,6 @@ WREN_HOST_EXPORT void __vsyslog_chk(int priority, int flag, const char* format, 
 namespace host {
 namespace {
 
-/// Neither is ever destroyed: a module logs until it is unloaded, which may be at the program's very end.
-std::mutex& tapMutex() {
-    static auto* mutex = new std::mutex;
-    return *mutex;
-}
-std::shared_ptr<LogTap::Handler>& currentHandler() {
-    static auto* handler = new std::shared_ptr<LogTap::Handler>;
-    return *handler;
-}
-
 std::string formatted(const char* format, std::va_list arguments) {
     std::va_list measured;
     va_copy(measured, arguments);
@@ -48,30 +36,12 @@ std::string formatted(const char* format, std::va_list arguments) {
     return text;
 }
 
-void take(const char* format, std::va_list arguments) {
-    std::shared_ptr<LogTap::Handler> handler;
-    {
-        const std::lock_guard lock(tapMutex());
-        handler = currentHandler();
-    }
-    if (handler) {
-        (*handler)(parseLogLine(formatted(format, arguments)));
-    }
-}
+void take(const char* format, std::va_list arguments) { takeLogLine(formatted(format, arguments)); }
 
 } // namespace
 
-LogTap::LogTap(Handler handler) {
-    auto shared = std::make_shared<Handler>(std::move(handler));
-    const std::lock_guard lock(tapMutex());
-    currentHandler() = std::move(shared);
-}
-
-LogTap::~LogTap() {
-    std::shared_ptr<Handler> gone;
-    const std::lock_guard lock(tapMutex());
-    gone = std::exchange(currentHandler(), nullptr);
-}
+// The functions below stand in for the system's from the beginning.
+void standInForSystemLog() {}
 
 } // namespace host
 

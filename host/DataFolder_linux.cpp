@@ -1,0 +1,33 @@
+#include "host/DataFolder.h"
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace host {
+namespace {
+
+/// Where a module looks before it asks the system.
+constexpr const char* variable = "WREN_PROGRAM_DATA";
+
+} // namespace
+
+struct DataFolder::Before {
+    std::optional<std::string> value;
+};
+
+DataFolder::DataFolder(const std::filesystem::path& folder) {
+    const char* value = std::getenv(variable);
+    before = std::make_unique<Before>(value == nullptr ? std::nullopt : std::optional<std::string>(value));
+    ::setenv(variable, folder.c_str(), 1);
+}
+
+DataFolder::~DataFolder() {
+    if (before->value) {
+        ::setenv(variable, before->value->c_str(), 1);
+    } else {
+        ::unsetenv(variable);
+    }
+}
+
+} // namespace host

@@ -1,0 +1,42 @@
+#include "host/DataFolder.h"
+
+#include "host/Detour_win.h"
+
+#include <objbase.h>
+#include <shlobj.h>
+
+#include <cwchar>
+#include <string>
+#include <utility>
+
+namespace host {
+namespace {
+
+std::wstring dataFolder; ///< what `tellDataFolder` tells
+
+/// SHGetKnownFolderPath as modules find it while a data folder is chosen.
+HRESULT WINAPI tellDataFolder(REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) {
+    const std::size_t size = (dataFolder.size() + 1) * sizeof(wchar_t);
+    *path = static_cast<PWSTR>(::CoTaskMemAlloc(size));
+    if (*path == nullptr) {
+        return E_OUTOFMEMORY;
+    }
+    std::wmemcpy(*path, dataFolder.c_str(), dataFolder.size() + 1);
+    return S_OK;
+}
+
+} // namespace
+
+struct DataFolder::Before {
+    std::wstring folder;
+    Detour detour{L"shell32.dll", "SHGetKnownFolderPath", reinterpret_cast<void*>(&tellDataFolder)};
+};
+
+DataFolder::DataFolder(const std::filesystem::path& folder)
+    : before(std::make_unique<Before>(dataFolder)) {
+    dataFolder = folder.wstring();
+}
+
+DataFolder::~DataFolder() { dataFolder = before->folder; }
+
+} // namespace host

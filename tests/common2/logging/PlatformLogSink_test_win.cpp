@@ -1,0 +1,59 @@
+#include "common2/logging/PlatformLogSink.h"
+
+#include "common2/logging/LogCore.h"
+#include "tests/support/SystemLogCapture.h"
+
+#include <boost/log/core/core.hpp>
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+namespace {
+
+class PlatformLogSinkTest : public testing::Test {
+protected:
+    PlatformLogSinkTest() {
+        test::systemLog::reset();
+        sink = common2::makePlatformLogSink("some_source");
+        boost::log::core::get()->add_sink(sink);
+    }
+    ~PlatformLogSinkTest() override { remove(); }
+
+    void remove() {
+        boost::log::core::get()->remove_sink(sink);
+        sink.reset();
+    }
+
+private:
+    boost::shared_ptr<boost::log::sinks::sink> sink;
+};
+
+TEST_F(PlatformLogSinkTest, RegistersItsSourceWhileItExists) {
+    EXPECT_EQ(test::systemLog::source(), "some_source");
+    remove();
+    EXPECT_EQ(test::systemLog::source(), "");
+}
+
+TEST_F(PlatformLogSinkTest, WritesTheFormattedLineWithAType) {
+    COMMON2_LOG_AT(DBG_TRACE, "F", 1, "f") << "100% %s %n";
+    COMMON2_LOG_AT(DBG_INFO, "F", 2, "f") << "i";
+    COMMON2_LOG_AT(DBG_WARN, "F", 3, "f") << "w";
+    COMMON2_LOG_AT(DBG_ERROR, "F", 4, "f") << "e";
+    COMMON2_LOG_AT(7, "F", 5, "f") << "u";
+    EXPECT_EQ(test::systemLog::lines(),
+              (std::vector<test::SystemLogLine>{{EVENTLOG_INFORMATION_TYPE, " [, ] T/ F:1 f() 100% %s %n"},
+                                                {EVENTLOG_INFORMATION_TYPE, " [, ] I/ F:2 f() i"},
+                                                {EVENTLOG_WARNING_TYPE, " [, ] W/ F:3 f() w"},
+                                                {EVENTLOG_ERROR_TYPE, " [, ] E/ F:4 f() e"},
+                                                {EVENTLOG_INFORMATION_TYPE, " [, ] U/ F:5 f() u"}}));
+}
+
+TEST_F(PlatformLogSinkTest, LinesAreConvertedFromUtf8) {
+    COMMON2_LOG_AT(DBG_INFO, "F", 1, "f") << "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x90\xA6";
+    EXPECT_EQ(test::systemLog::lines(),
+              (std::vector<test::SystemLogLine>{
+                  {EVENTLOG_INFORMATION_TYPE,
+                   " [, ] I/ F:1 f() gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x90\xA6"}}));
+}
+
+} // namespace

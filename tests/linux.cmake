@@ -1,0 +1,56 @@
+# What is tested on Linux alone: the stand-in service, the reference host and its pages, and the module's many lives.
+
+# wren_tests(PROGRAM): each test of the program is one of the suite's.
+function(wren_tests program)
+    gtest_discover_tests(${program})
+endfunction()
+
+macro(wren_system_tests)
+
+# The stand-in service, driven through its exports; its parts that no export shows are linked in as well.
+file(GLOB backend_sources CONFIGURE_DEPENDS backend-sim/*.cpp backend-sim/*.c)
+add_executable(wren_backend_tests ${backend_sources})
+target_include_directories(wren_backend_tests PRIVATE ${CMAKE_SOURCE_DIR})
+target_compile_definitions(wren_backend_tests PRIVATE WREN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+target_link_libraries(wren_backend_tests PRIVATE
+    wren_flags wren_test_support kes_wren_api wren_sim wren_plugin wren_sdk wren_common Boost::json GTest::gmock GTest::gtest_main)
+target_precompile_headers(wren_backend_tests PRIVATE # not for the one source in C
+    "$<$<COMPILE_LANGUAGE:CXX>:<boost/json.hpp$<ANGLE-R>;<gmock/gmock.h$<ANGLE-R>;<gtest/gtest.h$<ANGLE-R>>")
+wren_tests(wren_backend_tests)
+
+# The reference host: its parts, run against a module that only echoes, and the program itself.
+add_library(wren_echo_module MODULE host/echo/EchoModule.cpp)
+target_compile_definitions(wren_echo_module PRIVATE WREN_MODULE_BUILD)
+target_link_libraries(wren_echo_module PRIVATE wren_flags wren_sdk kes_wren_api)
+set_target_properties(wren_echo_module PROPERTIES NO_SONAME ON)
+
+file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/recording/*.cpp host/serve/*.cpp host/strict/*.cpp)
+add_executable(wren_host_tests ${host_sources})
+target_link_libraries(wren_host_tests PRIVATE wren_flags wren_host_parts GTest::gmock GTest::gtest_main)
+target_precompile_headers(wren_host_tests PRIVATE
+    <boost/json.hpp> <gmock/gmock.h> <gtest/gtest.h> <functional> <map> <memory> <optional> <string> <vector>)
+target_compile_definitions(wren_host_tests PRIVATE
+    WREN_HOST_PROGRAM="$<TARGET_FILE:wren-host>"
+    WREN_ECHO_MODULE="$<TARGET_FILE:wren_echo_module>"
+    WREN_BACKEND_LIBRARY="$<TARGET_FILE:kes_wren_api>")
+add_dependencies(wren_host_tests wren-host wren_echo_module kes_wren_api kes_wren_presentation_plugin)
+set_target_properties(wren_host_tests PROPERTIES ENABLE_EXPORTS ON)
+wren_tests(wren_host_tests)
+
+# The pages, in a real browser, and the journeys through the host. They hold no C++, so the presets with a sanitizer
+# would learn little from them.
+if(NOT WREN_SANITIZE)
+    find_program(WREN_NODE node REQUIRED)
+    add_test(NAME page COMMAND ${WREN_NODE} --test WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/page)
+    set_tests_properties(page PROPERTIES TIMEOUT 2400 ENVIRONMENT
+        "WREN_SCREENSHOTS=${CMAKE_BINARY_DIR}/screenshots;WREN_HOST_PROGRAM=$<TARGET_FILE:wren-host>")
+endif()
+
+# The module's lives in a process that keeps nothing of it, in a child of its own: what goes wrong at its end counts.
+add_executable(wren_load_loop module/load-loop/LoadLoop.cpp)
+target_link_libraries(wren_load_loop PRIVATE wren_flags wren_host_parts)
+set_target_properties(wren_load_loop PROPERTIES ENABLE_EXPORTS ON)
+add_dependencies(wren_load_loop kes_wren_presentation_plugin kes_wren_api)
+add_test(NAME LoadLoop.LeavesNothingBehind COMMAND wren_load_loop 1000)
+
+endmacro()

@@ -1,0 +1,26 @@
+/// Catches what would go to the system's log. A test program that uses it replaces the system's functions.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace test {
+
+struct SystemLogLine {
+    int level = -1; ///< a priority of syslog(3), or the type of an event
+    std::string text;
+
+    bool operator==(const SystemLogLine&) const = default;
+};
+
+namespace systemLog {
+
+/// Forgets everything. Nothing is caught before the first call.
+void reset();
+/// The name under which somebody writes to the log, empty while nobody does.
+std::string source();
+/// All lines since `reset`.
+std::vector<SystemLogLine> lines();
+
+} // namespace systemLog
+} // namespace test

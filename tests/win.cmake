@@ -1,0 +1,30 @@
+# What is tested of the Windows build alone. Its programs run under Wine.
+
+# wren_tests(PROGRAM): the program's tests are one of the suite's, as starting each by itself would take longer than the
+# test.
+function(wren_tests program)
+    add_test(NAME ${program} COMMAND ${program})
+endfunction()
+
+macro(wren_system_tests)
+
+# The parts of the module that these hold are not imported from it.
+foreach(program wren_unit_tests wren_shim_tests)
+    target_compile_definitions(${program} PRIVATE WREN_MODULE_BUILD)
+endforeach()
+
+# What the built files hold: exports, imports, flags.
+foreach(library kes_wren_presentation_plugin kes_wren_api)
+    get_target_property(folder ${library} SOURCE_DIR)
+    file(GLOB list ${folder}/*.def)
+    add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file $<TARGET_FILE:${library}> ${list})
+endforeach()
+
+# Sessions that were recorded on Linux.
+file(GLOB sessions CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/../shared/sessions/*.jsonl)
+foreach(session IN LISTS sessions)
+    get_filename_component(name ${session} NAME_WE)
+    add_test(NAME replay.${name} COMMAND wren-host replay ${session})
+endforeach()
+
+endmacro()
