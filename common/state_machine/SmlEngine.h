@@ -21,7 +21,8 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
+#include <functional>
+#include <numeric>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -42,12 +43,12 @@ using QueuedEvent = bool (*)(void* machine);
 /// First in, first out; keeps its memory.
 class EventQueue {
 public:
-    bool isEmpty() const { return next == waiting.size(); }
+    bool isEmpty() const { return waiting.empty(); }
     void push(QueuedEvent event) { waiting.push_back(event); }
     /// Takes the oldest event off; the queue must not be empty.
     QueuedEvent pop() {
         const QueuedEvent event = waiting[next++];
-        if (isEmpty()) {
+        if (next == waiting.size()) {
             waiting.clear();
             next = 0;
         }
@@ -55,7 +56,7 @@ public:
     }
 
 private:
-    std::vector<QueuedEvent> waiting;
+    std::vector<QueuedEvent> waiting; ///< emptied when the last has been taken off
     std::size_t next = 0;
 };
 
@@ -89,27 +90,35 @@ namespace aux {
 template <class Definition>
 class Regions {
 public:
-    void enter() { current = initialStatesOf<Definition>; }
+    void enter() { current = allInitialStates; }
 
     template <class State>
-    bool isIn(std::size_t region) const {
-        return current[region] == numberOf<Definition, State>;
+    bool isIn() const {
+        return (current & stateOf<Definition, State>) != 0;
     }
 
     /// Offers the event to every region in order.
     /// @return whether any took it
     template <class Event, class Context>
     bool offer(const Event& event, Context& context) {
-        if constexpr (Facts::template knows<Event>) {
-            return offerToRegions(event, context, std::make_index_sequence<Facts::regionCount>());
+        if constexpr (knows<Definition, Event>) {
+            return offerToRegions(event, context, std::make_index_sequence<initialStates.size()>());
         } else {
             return false;
         }
     }
 
+    /// Whether some current state has a row for one of the events, whatever its guard says.
+    template <class... Events>
+    bool mayTake() const {
+        return (current & (sourcesOf<Definition, Events> | ...)) != 0;
+    }
+
 private:
-    using Facts = Model<Definition>;
-    using Table = decltype(std::declval<Definition>()());
+    using Table = TableOf<Definition>;
+    static constexpr auto initialStates = initialStatesOf<Definition>;
+    static constexpr StateSet allInitialStates =
+        std::accumulate(initialStates.begin(), initialStates.end(), StateSet(), std::bit_or<>());
 
     template <class Event, class Context, std::size_t... Region>
     bool offerToRegions(const Event& event, Context& context, std::index_sequence<Region...>) {
@@ -133,12 +142,13 @@ private:
     bool take(const Event& event, Context& context) {
         if constexpr (std::is_same_v<Event, typename Row::Event> &&
                       regionsOfRowsOf<Definition>[Index] == Region) {
-            if (!isIn<typename Row::Source>(Region) || !context.allows(typename Row::Guard(), event)) {
+            if (!isIn<typename Row::Source>() || !context.allows(typename Row::Guard(), event)) {
                 return false;
             }
             if constexpr (!Row::isInternal) {
                 context.template changeState<Definition, typename Row::Source, typename Row::Target>();
-                current[Region] = numberOf<Definition, typename Row::Target>;
+                current ^=
+                    stateOf<Definition, typename Row::Source> ^ stateOf<Definition, typename Row::Target>;
             }
             context.run(typename Row::Action(), event);
             return true;
@@ -147,7 +157,7 @@ private:
         }
     }
 
-    std::array<std::uint8_t, Facts::regionCount> current = initialStatesOf<Definition>;
+    StateSet current = allInitialStates; ///< one of each region
 };
 
 /// A sub-machine as its root keeps it.
@@ -175,7 +185,7 @@ class sm;
 
 template <class Definition, class Logger, template <class...> class Queue>
 class sm<Definition, logger<Logger>, process_queue<Queue>> {
-    using Table = decltype(std::declval<Definition>()());
+    using Table = aux::TableOf<Definition>;
     using Dependency = typename aux::DependencyOf<Table>::Type;
 
 public:
@@ -192,21 +202,24 @@ public:
     /// @return whether the event and all events queued meanwhile were taken
     template <class Event>
     bool process_event(const Event& event) {
-        return complete(dispatch(event));
+        if (passBy<Event, back::anonymous>()) {
+            return false;
+        }
+        const bool taken = dispatch(event);
+        return isComplete() ? taken : complete(taken);
     }
 
     /// Whether the root is in that state.
     template <class State>
     bool is(front::state<State>) const {
-        return regions.template isIn<State>(0);
+        return regions.template isIn<State>();
     }
 
     /// Whether the regions of the sub-machine are in those states, one for each region in table order.
     template <class SubMachineState, class... States>
     bool is(front::state<States>...) const {
         const auto& child = std::get<aux::Child<typename SubMachineState::type>>(children);
-        std::size_t region = 0;
-        return (child.regions.template isIn<States>(region++) && ...);
+        return (child.regions.template isIn<States>() && ...);
     }
 
 private:
@@ -282,9 +295,38 @@ private:
         }
     };
 
+    /// Whether nobody would notice the events: nobody listens, no current state has a row for them, and an
+    /// exception has left nothing in the queue of the sub-machine. A glance that spares the way through the
+    /// tables.
+    template <class... Events>
+    bool passBy() const {
+        return !isListening(log) && !regions.template mayTake<Events...>() &&
+               std::apply(
+                   [this](const auto&... child) {
+                       return (this->template passByChild<Events...>(child) && ...);
+                   },
+                   children);
+    }
+
+    template <class... Events, class SubDefinition>
+    bool passByChild(const aux::Child<SubDefinition>& child) const {
+        return !regions.template isIn<SubDefinition>() ||
+               (!child.regions.template mayTake<Events...>() && child.queue.isEmpty());
+    }
+
+    /// Whether the logger wants to hear of anything now. One that doesn't say so does.
+    template <class AnyLogger>
+    static bool isListening(const AnyLogger& logger) {
+        if constexpr (requires { logger.isListening(); }) {
+            return logger.isListening();
+        } else {
+            return true;
+        }
+    }
+
     /// Runs one event through the root and its current sub-machine, exceptions included.
     template <class Event>
-    bool dispatch(const Event& event) {
+    [[gnu::noinline]] bool dispatch(const Event& event) {
         try {
             return offer(event);
         } catch (...) {
@@ -308,15 +350,21 @@ private:
 
     template <class Event, class SubDefinition>
     bool offerToChild(const Event& event, aux::Child<SubDefinition>& child) {
-        if (!regions.template isIn<SubDefinition>(0)) {
+        if (!regions.template isIn<SubDefinition>()) {
             return false;
         }
         bool taken = false;
-        if constexpr (aux::Model<SubDefinition>::template knows<Event>) {
+        if constexpr (aux::knows<SubDefinition, Event>) {
             taken = offerToRegionsOf(event, child);
         }
-        while (!child.queue.isEmpty()) {
-            taken &= child.queue.pop()(this);
+        return child.queue.isEmpty() ? taken : drain(child.queue, taken);
+    }
+
+    /// Runs what waits in a queue, and what is raised meanwhile. Seldom needed, so it stands apart.
+    /// @return whether all was taken, and `taken`
+    [[gnu::noinline]] bool drain(aux::EventQueue& waiting, bool taken) {
+        while (!waiting.isEmpty()) {
+            taken &= waiting.pop()(this);
         }
         return taken;
     }
@@ -362,17 +410,18 @@ private:
         }
     }
 
+    /// Whether nothing is left to do behind an event.
+    bool isComplete() const { return passBy<back::anonymous>() && queue.isEmpty(); }
+
     /// The completion event, and the queue.
-    bool complete(bool taken) {
+    [[gnu::noinline]] bool complete(bool taken) {
         for (;;) {
             while (dispatch(back::anonymous())) {
             }
             if (queue.isEmpty()) {
                 return taken;
             }
-            while (!queue.isEmpty()) {
-                taken &= queue.pop()(this);
-            }
+            taken = drain(queue, taken);
         }
     }
 
