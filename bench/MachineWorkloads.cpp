@@ -78,10 +78,8 @@ WorkloadEntry entryOf(const char* name) {
 } // namespace
 
 std::vector<WorkloadEntry> machineWorkloads() {
-    return {entryOf<StatusNotification_e>("event-taken"), entryOf<PerformConfigSync_e>("event-taken-request"),
-            entryOf<EnrollmentStatusNotification_e>("event-untaken"),
-            entryOf<AlertDialogDismissed_e>("event-untaken-alert"),
-            entryOf<Register_e>("event-untaken-root")};
+    return {entryOf<StatusNotification_e>("event-taken"),
+            entryOf<EnrollmentStatusNotification_e>("event-untaken")};
 }
 
 } // namespace bench

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <map>
+#include <stdexcept>
 
 namespace bench {
 namespace {
@@ -76,20 +77,20 @@ const std::vector<Row>& rows() {
     using enum Measured;
     // clang-format off
     static const std::vector<Row> table{
-        {"a status equal to the cached one, in another text, 2.3 kB", "D",            1.3,    1.15, Instructions, [](const Cost& cost) { return to(cost, "status-equal", "/D"); },         true},
-        {"the very same text again",                                  "D",            0.3,    0.22, Instructions, [](const Cost& cost) { return to(cost, "status-same", "/D"); },          true},
-        {"a changed status, all its notices",                         "D",            3.2,    1.5,  Instructions, [](const Cost& cost) { return to(cost, "status-changed", "/D"); },       true},
-        {"a changed status, all its notices",                         "S",            1.0,    0.5,  Instructions, [](const Cost& cost) { return to(cost, "status-changed", "/S"); },       true},
-        {"the same with 1,000 proxies and 1,000 fingerprints",        "D",            2.0,    1.4,  Instructions, [](const Cost& cost) { return to(cost, "status-changed-large", "/D"); }, true},
-        {"a dataplane document with 10,000 alerts, one changed",      "D, time",      1.5,    1.35, Time,         [](const Cost& cost) { return to(cost, "alerts-one-10000", "/D"); },     false},
-        {"growth from 100 to 10,000 alerts, one changed",             "exponent",     1.05,   1.0,  Instructions, [](const Cost& cost) { return growth(cost, "alerts-one"); },             false},
-        {"growth from 100 to 10,000 alerts, every one changed",       "exponent",     1.05,   1.0,  Instructions, [](const Cost& cost) { return growth(cost, "alerts-every"); },           false},
-        {"growth from 100 to 10,000 alerts, only their order changed", "exponent",    1.05,   1.0,  Instructions, [](const Cost& cost) { return growth(cost, "alerts-order"); },           false},
-        {"a log statement that the filter drops",                     "instructions", 12,     6,    Instructions, [](const Cost& cost) { return alone(cost, "log-dropped"); },             true},
-        {"a log line that the filter accepts, to a sink that drops it", "instructions", 10'000, 3'500, Instructions, [](const Cost& cost) { return alone(cost, "log-accepted"); },         true},
-        {"one event through the machine, five regions, nobody logging", "instructions", 140,  60,   Instructions, [](const Cost& cost) { return alone(cost, "event-taken"); },             true},
-        {"an event that nobody takes",                                "instructions", 55,     25,   Instructions, [](const Cost& cost) { return alone(cost, "event-untaken"); },           true},
-        {"allocations of a redundant status, in another text",        "allocations",  20,     0,    Allocations,  [](const Cost& cost) { return cost("status-equal"); },                   true},
+        {"documents", "a status equal to the cached one, in another text, 2.3 kB",    "D",            1.3,    1.15,  Instructions, [](const Cost& cost) { return to(cost, "status-equal", "/D"); },             true},
+        {"documents", "the very same text again",                                     "D",            0.3,    0.22,  Instructions, [](const Cost& cost) { return to(cost, "status-same", "/D"); },              true},
+        {"documents", "a changed status, all its notices",                            "D",            3.2,    1.5,   Instructions, [](const Cost& cost) { return to(cost, "status-changed", "/D"); },           true},
+        {"documents", "a changed status, all its notices",                            "S",            1.0,    0.5,   Instructions, [](const Cost& cost) { return to(cost, "status-changed", "/S"); },           true},
+        {"documents", "the same with 1,000 proxies and 1,000 fingerprints",           "D",            2.0,    1.4,   Instructions, [](const Cost& cost) { return to(cost, "status-changed-large", "/D"); },     true},
+        {"documents", "a dataplane document with 10,000 alerts, one changed",         "D, time",      1.5,    1.35,  Time,         [](const Cost& cost) { return to(cost, "alerts-one-10000", "/D"); },         false},
+        {"documents", "growth from 100 to 10,000 alerts, one changed",                "exponent",     1.05,   1.0,   Instructions, [](const Cost& cost) { return growth(cost, "alerts-one"); },                 false},
+        {"documents", "growth from 100 to 10,000 alerts, every one changed",          "exponent",     1.05,   1.0,   Instructions, [](const Cost& cost) { return growth(cost, "alerts-every"); },               false},
+        {"documents", "growth from 100 to 10,000 alerts, only their order changed",   "exponent",     1.05,   1.0,   Instructions, [](const Cost& cost) { return growth(cost, "alerts-order"); },               false},
+        {"log",       "a log statement that the filter drops",                        "instructions", 12,     6,     Instructions, [](const Cost& cost) { return alone(cost, "log-dropped"); },                 true},
+        {"log",       "a log line that the filter accepts, to a sink that drops it",  "instructions", 10'000, 3'500, Instructions, [](const Cost& cost) { return alone(cost, "log-accepted"); },                true},
+        {"machine",   "one event through the machine, five regions, nobody logging",  "instructions", 140,    60,    Instructions, [](const Cost& cost) { return alone(cost, "event-taken"); },                 true},
+        {"machine",   "an event that nobody takes",                                   "instructions", 55,     25,    Instructions, [](const Cost& cost) { return alone(cost, "event-untaken"); },               true},
+        {"documents", "allocations of a redundant status, in another text",           "allocations",  20,     0,     Allocations,  [](const Cost& cost) { return cost("status-equal"); },                       true},
     };
     // clang-format on
     return table;
@@ -112,10 +113,9 @@ void printTable() {
             printRow(row, inShort(figure), "", figure);
             continue;
         }
-        const bool isOfDocuments = row.unit != "instructions";
         const double counted = row.figure(instructions);
         const double timed = row.figure(times);
-        printRow(row, inShort(counted), inShort(timed) + (isOfDocuments ? "" : " ns"),
+        printRow(row, inShort(counted), inShort(timed) + (row.unit == "instructions" ? " ns" : ""),
                  row.measured == Measured::Time ? timed : counted);
     }
     const Footprint footprint = footprintOfModule();
@@ -125,14 +125,16 @@ void printTable() {
     printTold("size of the stripped module", footprint.strippedBytes / 1024, "kB");
 }
 
-bool check() {
+bool check(std::string_view kind) {
     const Cost instructions = remembered(instructionsOf);
     const Cost allocations = remembered(allocationsOf);
     bool isFine = true;
+    unsigned checked = 0;
     for (const Row& row : rows()) {
-        if (!row.isQuick) {
+        if (!row.isQuick || (!kind.empty() && row.kind != kind)) {
             continue;
         }
+        ++checked;
         const double figure = row.figure(row.measured == Measured::Allocations ? allocations : instructions);
         if (figure > row.must * tolerance) {
             std::printf("too slow: %.*s: %.4g, must be at most %.4g (%.*s)\n",
@@ -140,6 +142,9 @@ bool check() {
                         static_cast<int>(row.unit.size()), row.unit.data());
             isFine = false;
         }
+    }
+    if (checked == 0) {
+        throw std::invalid_argument(std::string("no such kind of works: ").append(kind));
     }
     return isFine;
 }

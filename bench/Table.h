@@ -15,6 +15,7 @@ using Cost = std::function<double(const std::string& work)>;
 enum class Measured { Instructions, Time, Allocations };
 
 struct Row {
+    std::string_view kind; ///< of the works that are compared: see `workloadKinds`
     std::string_view work;
     std::string_view unit; ///< what the figure is told in: a yardstick, or what is counted
     double must;           ///< the largest figure that will do
@@ -30,7 +31,9 @@ const std::vector<Row>& rows();
 void printTable();
 
 /// Counts the quick rows, and prints a line for each that is worse than it must be by more than 5 %.
+/// @param kind the rows of one kind only; empty for all
 /// @return whether there is none
-bool check();
+/// @throws std::invalid_argument where there is no such kind
+bool check(std::string_view kind);
 
 } // namespace bench

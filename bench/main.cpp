@@ -28,8 +28,8 @@ int run(const std::vector<std::string>& arguments) {
     const std::string command = arguments.empty() ? "table" : arguments[0];
     if (command == "table" && arguments.size() <= 1) {
         bench::printTable();
-    } else if (command == "--check" && arguments.size() == 1) {
-        return bench::check() ? 0 : 1;
+    } else if (command == "--check" && arguments.size() <= 2) {
+        return bench::check(arguments.size() == 2 ? arguments[1] : "") ? 0 : 1;
     } else if (command == "steps" && arguments.size() == 3) {
         bench::doSteps(*bench::findWorkload(arguments[1]).make(),
                        static_cast<unsigned>(std::stoul(arguments[2])));
@@ -44,7 +44,7 @@ int run(const std::vector<std::string>& arguments) {
             }
         }
     } else {
-        std::fputs("usage: wren-bench [--check | steps WORK COUNT | times KIND | list]\n", stderr);
+        std::fputs("usage: wren-bench [--check [KIND] | steps WORK COUNT | times KIND | list]\n", stderr);
         return 2;
     }
     return 0;
