@@ -47,15 +47,17 @@ bool LogChannelConfig::operator()(const logging::attribute_value_set& record) co
 Common2LogSeverity LogChannelConfig::thresholdFor(const logging::attribute_value_set& record) const {
     // An empty channel matches nothing; it isn't looked up, since the trie would log that from within the
     // core.
-    const auto channel = logging::extract<std::string>(attributeNames().channel, record);
-    if (channels && channel && !channel.get().empty()) {
-        if (const Entry* entry = channels->GetLongestPrefixMatch(channel.get())) {
+    if (channels) {
+        const auto channel = logging::extract<std::string>(attributeNames().channel, record);
+        const Entry* entry =
+            channel && !channel.get().empty() ? channels->GetLongestPrefixMatch(channel.get()) : nullptr;
+        if (entry) {
             return entry->severity;
         }
     }
-    const auto source = logging::extract<std::string>(attributeNames().source, record);
-    if (source) {
-        const auto found = sources.find(source.get());
+    if (!sources.empty()) {
+        const auto source = logging::extract<std::string>(attributeNames().source, record);
+        const auto found = source ? sources.find(source.get()) : sources.end();
         if (found != sources.end()) {
             return found->second;
         }

@@ -10,6 +10,9 @@
 /// one record of severity 0, or costs one comparison where the filter drops that.
 class QuillSmlLogger_t {
 public:
+    /// Whether a hook would write anything now.
+    bool isListening() const noexcept { return common2::logMayPass(DBG_TRACE); }
+
     template <class Machine, class Event>
     void log_process_event(const Event&) {
         if (common2::logMayPass(DBG_TRACE)) {

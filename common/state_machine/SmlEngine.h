@@ -17,14 +17,10 @@
 /// an action. Nothing is allocated once the queues have reached their largest size.
 #pragma once
 
-#include "common/state_machine/SmlTable.h"
+#include "common/state_machine/SmlRegions.h"
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
 #include <tuple>
-#include <utility>
-#include <vector>
+#include <type_traits>
 
 namespace sml {
 
@@ -34,148 +30,13 @@ struct logger {};
 template <template <class...> class Queue>
 struct process_queue {};
 
-namespace aux {
-
-/// An event waiting in a queue: how to dispatch it. Queued events carry nothing.
-using QueuedEvent = bool (*)(void* machine);
-
-/// First in, first out; keeps its memory.
-class EventQueue {
-public:
-    bool isEmpty() const { return next == waiting.size(); }
-    void push(QueuedEvent event) { waiting.push_back(event); }
-    /// Takes the oldest event off; the queue must not be empty.
-    QueuedEvent pop() {
-        const QueuedEvent event = waiting[next++];
-        if (isEmpty()) {
-            waiting.clear();
-            next = 0;
-        }
-        return event;
-    }
-
-private:
-    std::vector<QueuedEvent> waiting;
-    std::size_t next = 0;
-};
-
-} // namespace aux
-
-namespace back {
-
-/// Raises events on the queue of the machine whose table holds the action.
-template <class... Events>
-class process {
-public:
-    process(aux::EventQueue& target, const std::array<aux::QueuedEvent, sizeof...(Events)>& handlers)
-        : queue(target)
-        , dispatchers(handlers) {}
-
-    template <class Event>
-    void operator()(const Event&) {
-        queue.push(dispatchers[aux::indexOf<Event, Events...>()]);
-    }
-
-private:
-    aux::EventQueue& queue;
-    std::array<aux::QueuedEvent, sizeof...(Events)> dispatchers;
-};
-
-} // namespace back
-
-namespace aux {
-
-/// The states of a table's regions, and how one event runs through its rows.
-template <class Definition>
-class Regions {
-public:
-    void enter() { current = initialStatesOf<Definition>; }
-
-    template <class State>
-    bool isIn(std::size_t region) const {
-        return current[region] == numberOf<Definition, State>;
-    }
-
-    /// Offers the event to every region in order.
-    /// @return whether any took it
-    template <class Event, class Context>
-    bool offer(const Event& event, Context& context) {
-        if constexpr (Facts::template knows<Event>) {
-            return offerToRegions(event, context, std::make_index_sequence<Facts::regionCount>());
-        } else {
-            return false;
-        }
-    }
-
-private:
-    using Facts = Model<Definition>;
-    using Table = decltype(std::declval<Definition>()());
-
-    template <class Event, class Context, std::size_t... Region>
-    bool offerToRegions(const Event& event, Context& context, std::index_sequence<Region...>) {
-        bool taken = false;
-        ((taken |= offerToRows<Region>(event, context, Table())), ...);
-        return taken;
-    }
-
-    template <std::size_t Region, class Event, class Context, class... Rows>
-    bool offerToRows(const Event& event, Context& context, front::transition_table<Rows...>) {
-        return offerToRows<Region, Event, Context, Rows...>(event, context,
-                                                            std::index_sequence_for<Rows...>());
-    }
-
-    template <std::size_t Region, class Event, class Context, class... Rows, std::size_t... Row>
-    bool offerToRows(const Event& event, Context& context, std::index_sequence<Row...>) {
-        return (take<Rows, Row, Region>(event, context) || ...);
-    }
-
-    template <class Row, std::size_t Index, std::size_t Region, class Event, class Context>
-    bool take(const Event& event, Context& context) {
-        if constexpr (std::is_same_v<Event, typename Row::Event> &&
-                      regionsOfRowsOf<Definition>[Index] == Region) {
-            if (!isIn<typename Row::Source>(Region) || !context.allows(typename Row::Guard(), event)) {
-                return false;
-            }
-            if constexpr (!Row::isInternal) {
-                context.template changeState<Definition, typename Row::Source, typename Row::Target>();
-                current[Region] = numberOf<Definition, typename Row::Target>;
-            }
-            context.run(typename Row::Action(), event);
-            return true;
-        } else {
-            return false;
-        }
-    }
-
-    std::array<std::uint8_t, Facts::regionCount> current = initialStatesOf<Definition>;
-};
-
-/// A sub-machine as its root keeps it.
-template <class Definition>
-struct Child {
-    Regions<Definition> regions;
-    EventQueue queue;
-};
-
-/// The sub-machines among a table's targets, as a tuple of `Child`.
-template <class Table>
-struct ChildrenOf;
-template <class... Rows>
-struct ChildrenOf<front::transition_table<Rows...>> {
-    template <class State>
-    using Entry = std::conditional_t<SubMachine<State>, std::tuple<Child<State>>, std::tuple<>>;
-    using Tuple = decltype(std::tuple_cat(std::declval<Entry<typename Rows::Target>>()...));
-};
-
-} // namespace aux
-
 /// A root machine. Its constructor starts it.
 template <class Definition, class LoggerPolicy, class QueuePolicy>
 class sm;
 
 template <class Definition, class Logger, template <class...> class Queue>
 class sm<Definition, logger<Logger>, process_queue<Queue>> {
-    using Table = decltype(std::declval<Definition>()());
+    using Table = aux::TableOf<Definition>;
     using Dependency = typename aux::DependencyOf<Table>::Type;
 
 public:
@@ -192,21 +53,24 @@ public:
     /// @return whether the event and all events queued meanwhile were taken
     template <class Event>
     bool process_event(const Event& event) {
-        return complete(dispatch(event));
+        if (passBy<Event, back::anonymous>()) {
+            return false;
+        }
+        const bool taken = dispatch(event);
+        return isComplete() ? taken : complete(taken);
     }
 
     /// Whether the root is in that state.
     template <class State>
     bool is(front::state<State>) const {
-        return regions.template isIn<State>(0);
+        return regions.template isIn<State>();
     }
 
     /// Whether the regions of the sub-machine are in those states, one for each region in table order.
     template <class SubMachineState, class... States>
     bool is(front::state<States>...) const {
         const auto& child = std::get<aux::Child<typename SubMachineState::type>>(children);
-        std::size_t region = 0;
-        return (child.regions.template isIn<States>(region++) && ...);
+        return (child.regions.template isIn<States>() && ...);
     }
 
 private:
@@ -282,9 +146,38 @@ private:
         }
     };
 
+    /// Whether nobody would notice the events: nobody listens, no current state has a row for them, and an
+    /// exception has left nothing in the queue of the sub-machine. A glance that spares the way through the
+    /// tables.
+    template <class... Events>
+    bool passBy() const {
+        return !isListening(log) && !regions.template mayTake<Events...>() &&
+               std::apply(
+                   [this](const auto&... child) {
+                       return (this->template passByChild<Events...>(child) && ...);
+                   },
+                   children);
+    }
+
+    template <class... Events, class SubDefinition>
+    bool passByChild(const aux::Child<SubDefinition>& child) const {
+        return !regions.template isIn<SubDefinition>() ||
+               (!child.regions.template mayTake<Events...>() && child.queue.isEmpty());
+    }
+
+    /// Whether the logger wants to hear of anything now. One that doesn't say so does.
+    template <class AnyLogger>
+    static bool isListening(const AnyLogger& logger) {
+        if constexpr (requires { logger.isListening(); }) {
+            return logger.isListening();
+        } else {
+            return true;
+        }
+    }
+
     /// Runs one event through the root and its current sub-machine, exceptions included.
     template <class Event>
-    bool dispatch(const Event& event) {
+    [[gnu::noinline]] bool dispatch(const Event& event) {
         try {
             return offer(event);
         } catch (...) {
@@ -308,15 +201,21 @@ private:
 
     template <class Event, class SubDefinition>
     bool offerToChild(const Event& event, aux::Child<SubDefinition>& child) {
-        if (!regions.template isIn<SubDefinition>(0)) {
+        if (!regions.template isIn<SubDefinition>()) {
             return false;
         }
         bool taken = false;
-        if constexpr (aux::Model<SubDefinition>::template knows<Event>) {
+        if constexpr (aux::knows<SubDefinition, Event>) {
             taken = offerToRegionsOf(event, child);
         }
-        while (!child.queue.isEmpty()) {
-            taken &= child.queue.pop()(this);
+        return child.queue.isEmpty() ? taken : drain(child.queue, taken);
+    }
+
+    /// Runs what waits in a queue, and what is raised meanwhile. Seldom needed, so it stands apart.
+    /// @return whether all was taken, and `taken`
+    [[gnu::noinline]] bool drain(aux::EventQueue& waiting, bool taken) {
+        while (!waiting.isEmpty()) {
+            taken &= waiting.pop()(this);
         }
         return taken;
     }
@@ -362,17 +261,18 @@ private:
         }
     }
 
+    /// Whether nothing is left to do behind an event.
+    bool isComplete() const { return passBy<back::anonymous>() && queue.isEmpty(); }
+
     /// The completion event, and the queue.
-    bool complete(bool taken) {
+    [[gnu::noinline]] bool complete(bool taken) {
         for (;;) {
             while (dispatch(back::anonymous())) {
             }
             if (queue.isEmpty()) {
                 return taken;
             }
-            while (!queue.isEmpty()) {
-                taken &= queue.pop()(this);
-            }
+            taken = drain(queue, taken);
         }
     }
 

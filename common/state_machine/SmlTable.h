@@ -1,5 +1,5 @@
-/// Facts about a transition table, found by the compiler: the numbers of its states, the regions of its rows,
-/// which events it knows, and what its function objects ask for. For the engine (SmlEngine.h).
+/// Facts about a transition table, found by the compiler: its states as sets of bits, the regions of its
+/// rows, which events it knows, and what its function objects ask for. For the engine (SmlEngine.h).
 #pragma once
 
 #include "common/state_machine/SmlNotation.h"
@@ -37,70 +37,95 @@ concept SubMachine = requires {
     std::declval<T&>()();
 };
 
+/// States of one table, a bit each.
+using StateSet = std::uint64_t;
+
+template <class Definition>
+using TableOf = decltype(std::declval<Definition>()());
+
+template <class Row>
+using TargetOf = std::conditional_t<Row::isInternal, typename Row::Source, typename Row::Target>;
+
+/// Where a table mentions its states: each row as its source, then each row as its target.
+template <class Table>
+struct Mentions;
+template <class... Rows>
+struct Mentions<front::transition_table<Rows...>> {
+    template <class State>
+    static consteval std::size_t first() {
+        return indexOf<State, typename Rows::Source..., TargetOf<Rows>...>();
+    }
+    static constexpr std::array<std::size_t, 2 * sizeof...(Rows)> firsts{first<typename Rows::Source>()...,
+                                                                         first<TargetOf<Rows>>()...};
+};
+
+/// A state as the set of itself. States are numbered by their first mention.
+template <class Definition, class State>
+inline constexpr StateSet stateOf = [] {
+    using Table = Mentions<TableOf<Definition>>;
+    StateSet state = 1;
+    for (std::size_t mention = 0; mention < Table::template first<State>(); ++mention) {
+        state <<= Table::firsts[mention] == mention ? 1 : 0;
+    }
+    return state;
+}();
+
 /// Facts about a table, found by the compiler.
-template <class Definition, class Table = decltype(std::declval<Definition>()())>
+template <class Definition, class Table = TableOf<Definition>>
 struct Model;
 
 template <class Definition, class... Rows>
 struct Model<Definition, front::transition_table<Rows...>> {
     static constexpr std::size_t rowCount = sizeof...(Rows);
     static constexpr std::size_t regionCount = (std::size_t{Rows::isInitial} + ...);
+    static_assert(((stateOf<Definition, typename Rows::Source> != 0) && ...), "too many states");
+    static_assert(((stateOf<Definition, TargetOf<Rows>> != 0) && ...), "too many states");
 
-    /// States are numbered by the first row that they are the source of; a state that is no source has the
-    /// number of the first row that leads to it, behind all rows.
-    template <class State>
-    static consteval std::uint8_t number() {
-        const std::size_t asSource = indexOf<State, typename Rows::Source...>();
-        return static_cast<std::uint8_t>(
-            asSource < rowCount ? asSource : rowCount + indexOf<State, typename Rows::Target...>());
-    }
-    static_assert(2 * rowCount < 256);
-
-    /// The number of the first state of each region.
-    static consteval std::array<std::uint8_t, regionCount> initialStates() {
-        std::array<std::uint8_t, regionCount> states{};
+    /// The first state of each region.
+    static consteval std::array<StateSet, regionCount> initialStates() {
+        std::array<StateSet, regionCount> states{};
         std::size_t region = 0;
-        ((Rows::isInitial ? void(states[region++] = number<typename Rows::Source>()) : void()), ...);
+        ((Rows::isInitial ? void(states[region++] = stateOf<Definition, typename Rows::Source>) : void()),
+         ...);
         return states;
     }
 
     /// The region of each row: the one from whose first state the row's source can be reached.
     static consteval std::array<std::size_t, rowCount> regionsOfRows() {
-        constexpr std::array sources{number<typename Rows::Source>()...};
-        constexpr std::array targets{number<typename Rows::Target>()...};
-        constexpr std::array internal{Rows::isInternal...};
-        std::array<std::size_t, 2 * rowCount + 1> regionOfState{};
-        regionOfState.fill(regionCount);
-        std::size_t region = 0;
-        for (const std::uint8_t state : initialStates()) {
-            regionOfState[state] = region++;
-        }
+        constexpr std::array sources{stateOf<Definition, typename Rows::Source>...};
+        constexpr std::array targets{stateOf<Definition, TargetOf<Rows>>...};
+        std::array<StateSet, regionCount> reached = initialStates();
+        std::array<std::size_t, rowCount> regions{};
         for (std::size_t pass = 0; pass < rowCount; ++pass) {
             for (std::size_t row = 0; row < rowCount; ++row) {
-                if (!internal[row] && regionOfState[sources[row]] < regionCount) {
-                    regionOfState[targets[row]] = regionOfState[sources[row]];
+                for (std::size_t region = 0; region < regionCount; ++region) {
+                    if (reached[region] & sources[row]) {
+                        reached[region] |= targets[row];
+                        regions[row] = region;
+                    }
                 }
             }
         }
-        std::array<std::size_t, rowCount> regions{};
-        for (std::size_t row = 0; row < rowCount; ++row) {
-            regions[row] = regionOfState[sources[row]];
-        }
         return regions;
     }
-
-    template <class Event>
-    static constexpr bool knows = (std::is_same_v<Event, typename Rows::Event> || ...);
 };
 
 /// The facts that are asked for again and again, each found only once: compilers do not remember the results
 /// of functions.
-template <class Definition, class State>
-inline constexpr std::uint8_t numberOf = Model<Definition>::template number<State>();
 template <class Definition>
 inline constexpr auto initialStatesOf = Model<Definition>::initialStates();
 template <class Definition>
 inline constexpr auto regionsOfRowsOf = Model<Definition>::regionsOfRows();
+
+/// The states that have a row for the event.
+template <class Definition, class Event, class Table = TableOf<Definition>>
+inline constexpr StateSet sourcesOf = 0;
+template <class Definition, class Event, class... Rows>
+inline constexpr StateSet sourcesOf<Definition, Event, front::transition_table<Rows...>> =
+    ((std::is_same_v<Event, typename Rows::Event> ? stateOf<Definition, typename Rows::Source> : 0) | ...);
+
+template <class Definition, class Event>
+inline constexpr bool knows = sourcesOf<Definition, Event> != 0;
 
 /// The one dependency that a table's function objects take: their parameter that is a non-const reference.
 template <class Table>

@@ -17,13 +17,30 @@ namespace {
 
 namespace logging = boost::log;
 
-using SeverityLogger = logging::sources::severity_logger_mt<Common2LogSeverity>;
+/// The one without a lock: nothing changes the logger once it is made, and the severity is each thread's own.
+using SeverityLogger = logging::sources::severity_logger<Common2LogSeverity>;
 
 /// The process-wide logger, made on first use.
 SeverityLogger& severityLogger() {
     static SeverityLogger logger;
     return logger;
 }
+
+/// Names resolved once: the library looks a name up under a lock.
+struct AttributeNames {
+    logging::attribute_name file{logAttribute::file};
+    logging::attribute_name line{logAttribute::line};
+    logging::attribute_name function{logAttribute::function};
+    logging::attribute_name message{logAttribute::message};
+};
+
+const AttributeNames& attributeNames() {
+    static const AttributeNames names;
+    return names;
+}
+
+/// Holds most messages.
+constexpr std::size_t usualMessageSize = 120;
 
 static_assert(sizeof(logging::record) == sizeof(void*));
 static_assert(alignof(logging::record) == alignof(void*));
@@ -33,7 +50,7 @@ logging::record& recordIn(std::byte* storage) {
 }
 
 template <class Value>
-void attach(logging::record& record, const char* name, Value value) {
+void attach(logging::record& record, logging::attribute_name name, Value value) {
     record.attribute_values().insert(name, logging::attributes::make_attribute_value(std::move(value)));
 }
 
@@ -47,9 +64,11 @@ LogStatement::LogStatement(int severity, std::string_view file, int line,
         if (!opened) {
             return;
         }
-        attach(opened, logAttribute::line, line);
-        attach(opened, logAttribute::file, std::string(logFileName(file)));
-        attach(opened, logAttribute::function, std::string(function));
+        const AttributeNames& names = attributeNames();
+        attach(opened, names.line, line);
+        attach(opened, names.file, std::string(logFileName(file)));
+        attach(opened, names.function, std::string(function));
+        message.reserve(usualMessageSize);
         new (record) logging::record(std::move(opened));
         open = true;
     } catch (...) {
@@ -72,7 +91,7 @@ LogStatement::~LogStatement() {
     }
     logging::record& opened = recordIn(record);
     try {
-        attach(opened, logAttribute::message, std::move(message));
+        attach(opened, attributeNames().message, std::move(message));
         logging::core::get()->push_record(std::move(opened));
     } catch (...) {
         // Trouble of a sink stays with the sink.

@@ -27,6 +27,7 @@ struct Throw_e {};
 struct ThrowOther_e {};
 struct RaiseBoth_e {};
 struct RaiseUnwanted_e {};
+struct RaiseAndThrow_e {};
 struct Later_e {};
 struct Unwanted_e {};
 struct Inner_e {};
@@ -109,10 +110,12 @@ struct Running_s {
              state<LeftIdle_s>  + event<ThrowOther_e>          / ThrowOther_a{},
              state<LeftIdle_s>  + event<RaiseBoth_e>           / (RaiseInner_a{}, process(Later_e{})),
              state<LeftIdle_s>  + event<RaiseUnwanted_e>       / process(Unwanted_e{}),
+             state<LeftIdle_s>  + event<RaiseAndThrow_e>       / RaiseInner_a{},
              state<LeftIdle_s>  + event<Later_e>               / NoteLater_a{},
             *state<RightIdle_s> + event<Work_e>                / NoteBoot_a{}                          = state<RightBusy_s>,
              state<RightIdle_s> + event<Throw_e>               / NoteBoot_a{},
              state<RightIdle_s> + event<RaiseBoth_e>           / []{},
+             state<RightIdle_s> + event<RaiseAndThrow_e>       / ThrowOther_a{},
              state<RightIdle_s> + event<Inner_e>               / NoteInner_a{},
              state<RightBusy_s> + event<Rest_e>                / NoteHalt_a{}                          = state<RightIdle_s>
         );
@@ -271,6 +274,55 @@ TEST_F(SmlEngine, AnExceptionThatTheTableDoesNotNameIsDropped) {
     EXPECT_EQ(journal.take(), (Lines{"[Engine_s] ThrowOther_e", "[Running_s] ThrowOther_e", "throwing other",
                                      "[Engine_s] anonymous"}));
     EXPECT_TRUE(machine.process_event(Work_e{}));
+}
+
+TEST_F(SmlEngine, WhatAnExceptionLeftInTheQueueOfTheSubMachineRunsWithTheCompletion) {
+    boot();
+    EXPECT_FALSE(machine.process_event(RaiseAndThrow_e{}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] RaiseAndThrow_e", "[Running_s] RaiseAndThrow_e", "raise inner",
+                     "throwing other", "[Engine_s] anonymous", "[Running_s] Inner_e", "inner"}));
+}
+
+/// A logger that never wants to hear of anything: the machine passes by what it can.
+class DeafLogger {
+public:
+    static bool isListening() { return false; }
+    template <class Machine, class Event>
+    void log_process_event(const Event&) {}
+    template <class Machine, class Source, class Target>
+    void log_state_change(const Source&, const Target&) {}
+};
+
+class DeafSmlEngine : public testing::Test {
+protected:
+    using Lines = std::vector<std::string>;
+
+    Journal journal;
+    DeafLogger logger;
+    sml::sm<Engine_s, sml::logger<DeafLogger>, sml::process_queue<std::queue>> machine{journal, logger};
+};
+
+TEST_F(DeafSmlEngine, CompletesAndTakesEventsAndPassesOthersBy) {
+    EXPECT_FALSE(machine.process_event(Work_e{1}));
+    EXPECT_FALSE(machine.process_event(Halt_e{}));
+    EXPECT_TRUE(machine.process_event(Boot_e{}));
+    EXPECT_TRUE(machine.is(sml::state<Running_s>));
+    EXPECT_FALSE(machine.process_event(Rest_e{}));
+    EXPECT_FALSE(machine.process_event(Boot_e{}));
+    EXPECT_TRUE(machine.process_event(Work_e{2}));
+    EXPECT_TRUE(machine.process_event(Rest_e{}));
+    EXPECT_TRUE(machine.process_event(RaiseBoth_e{}));
+    EXPECT_FALSE(machine.process_event(RaiseUnwanted_e{}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"boot", "start", "work 2", "boot", "halt", "raise inner", "inner", "later"}));
+}
+
+TEST_F(DeafSmlEngine, RunsWhatAnExceptionLeftInTheQueueOfTheSubMachine) {
+    machine.process_event(Boot_e{});
+    journal.take();
+    EXPECT_FALSE(machine.process_event(RaiseAndThrow_e{}));
+    EXPECT_EQ(journal.take(), (Lines{"raise inner", "throwing other", "inner"}));
 }
 
 TEST_F(SmlEngine, RegionsBeginAnewAtEachEntry) {

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+#include <vector>
+
 namespace {
 
 TEST(LogStatement, CarriesSeverityPlaceAndMessage) {
@@ -26,6 +29,29 @@ TEST(LogStatement, FileIsWhatFollowsTheLastBackslash) {
 TEST(LogStatement, FileWithoutBackslashIsUsedWhole) {
     EXPECT_EQ(common2::logFileName("common/state_machine/QuillSmlLogger"),
               "common/state_machine/QuillSmlLogger");
+}
+
+TEST(LogStatement, LinesOfManyThreadsKeepTheirOwnSeverityAndMessage) {
+    const test::LogCapture capture;
+    constexpr int linesOfAThread = 200;
+    std::vector<std::thread> threads;
+    for (int severity = DBG_TRACE; severity <= DBG_ERROR; ++severity) {
+        threads.emplace_back([severity] {
+            for (int line = 0; line < linesOfAThread; ++line) {
+                COMMON2_LOG(severity, "f") << severity << '/' << line;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (int severity = DBG_TRACE; severity <= DBG_ERROR; ++severity) {
+        std::vector<std::string> expected;
+        for (int line = 0; line < linesOfAThread; ++line) {
+            expected.push_back(std::to_string(severity) + "/" + std::to_string(line));
+        }
+        EXPECT_EQ(capture.messages(severity), expected);
+    }
 }
 
 } // namespace

@@ -30,7 +30,8 @@ namespace {
 
 constexpr unsigned workerCount = 8;
 constexpr unsigned passingThreadCount = 4;
-constexpr unsigned warmUpRounds = 100;
+/// Until the allocator keeps in store for each thread what a round gives back.
+constexpr unsigned warmUpRounds = 400;
 
 /// What may be left of a round on average, in bytes: less than the smallest thing that one could forget.
 constexpr double allowedGrowthOfARound = 8;
