@@ -14,11 +14,13 @@
 #include "presentation-plugin/ErrorPopupState.h"
 #include "presentation-plugin/HostCallbacks.h"
 #include "presentation-plugin/PresentationPluginSm.h"
+#include "presentation-plugin/SpareText.h"
 #include "presentation-plugin/alerts/WrenAlert.h"
 #include "presentation-plugin/tables/WrenEnrollmentStringTable.h"
 #include "presentation-plugin/tables/WrenUnenrollmentStringTable.h"
 #include "presentation-plugin/xml/BrowserPopupHelper.h"
 #include "presentation-plugin/xml/CEventStore.h"
+#include "presentation-plugin/xml/PreparedScreens.h"
 #include "presentation-plugin/xml/TileComposition.h"
 #include "presentation-plugin/xml/ToastComposition.h"
 #include "wren/PresentationPlugin.h"
@@ -116,9 +118,13 @@ private:
     void actionDismissAlertDialog() override;
 
     // The one way out to the host. None of these locks.
-    bool notifyVTGUI(const std::string& xml);
-    bool sendNotice(XmlUINotice& notice);
+    bool notifyVTGUI(const char* xml);
+    bool notifyVTGUI(const std::string& xml) { return notifyVTGUI(xml.c_str()); }
+    bool sendNotice(const XmlUINotice& notice);
     bool sendApiLogNotice(const char* name, const char* text);
+    /// Sends what `write` appends to the buffer that it is given.
+    template <class Write>
+    bool sendText(Write write);
 
     /// Raises an event under `smMutex`, which the caller holds, and warns in the name of `function` where the
     /// machine does not take it.
@@ -208,4 +214,13 @@ private:
     BrowserPopupHelper enrollmentBrowserPopup;
     BrowserPopupHelper dataplaneAuthBrowserPopup;
     WrenAlertList_t alerts;
+    PreparedScreens screens;
+    SpareText spareText; ///< any thread may borrow it
 };
+
+template <class Write>
+bool PresentationPluginImpl::sendText(Write write) {
+    const SpareText::Loan text(spareText);
+    write(*text);
+    return notifyVTGUI(text->c_str());
+}

@@ -52,7 +52,7 @@ void PresentationPluginImpl::takeIn(const char* json, const Intake& intake, Deco
             return;
         }
         const auto event = toEvent(std::move(record));
-        sendApiLogNotice(intake.apiLogElement, json);
+        sendText([&](common2::TextBuffer& out) { screens.apiLog(out, intake.apiLogElement, json); });
         raise(event, intake.function);
     } catch (const std::exception& failure) {
         // The backend's thread must not see a failure of ours.
