@@ -13,6 +13,7 @@
 
 #include "presentation-plugin/ErrorPopupState.h"
 #include "presentation-plugin/HostCallbacks.h"
+#include "presentation-plugin/KnownText.h"
 #include "presentation-plugin/PresentationPluginSm.h"
 #include "presentation-plugin/SpareText.h"
 #include "presentation-plugin/alerts/WrenAlert.h"
@@ -26,11 +27,18 @@
 #include "wren/PresentationPlugin.h"
 #include "wren/QuillApi.h"
 
+#include <boost/json/fwd.hpp>
+
+#include <array>
+#include <cstddef>
 #include <future>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <type_traits>
 
 struct AdvConfigSyncGroup;
 struct AdvEnrollmentGroup;
@@ -148,10 +156,21 @@ private:
     void routeDataplaneAuth(const std::string& contextId);
     bool routeLocked(EventStoreId kind, const XmlUIEvent& event);
 
-    /// The steps that all documents share: parse, decode, copy to the host's log, raise the event.
+    // Documents: parse, decode, copy to the host's log, raise the event.
     struct Intake;
-    template <class Decode, class ToEvent>
-    void takeIn(const char* json, const Intake& intake, Decode decode, ToEvent toEvent);
+    template <class Take>
+    void takeIn(const char* json, const Intake& intake, Take take);
+    template <class Decode>
+    auto decoded(std::string_view json, const Intake& intake, Decode decode)
+        -> std::optional<std::invoke_result_t<Decode, boost::json::value, std::error_code&>>;
+    void copyToHostLog(const Intake& intake, std::string_view json);
+    /// A document whose record goes with its event.
+    template <class Event, class Decode>
+    void takeInEvent(const char* json, const Intake& intake, Decode decode);
+    /// A document whose record the machine's actions may leave in `cached`.
+    template <class Event, class Record, class Decode>
+    void takeInCached(const char* json, const Intake& intake, Decode decode,
+                      const std::shared_ptr<const Record>& cached, KnownText& known);
 
     void sendRequest(QuillApiResult (IQuillApi::*operation)(const char*), const std::string& request,
                      const char* failure, std::string_view function);
@@ -204,6 +223,10 @@ private:
                                    ///< from the same records are equal
     std::shared_ptr<const StatusNotification_t> cachedStatus;
     std::shared_ptr<const DataplaneNotification_t> cachedDataplane;
+    KnownText knownStatusText;    ///< that `cachedStatus` came from
+    KnownText knownDataplaneText; ///< that `cachedDataplane` came from
+    alignas(
+        std::max_align_t) std::array<unsigned char, 16 * 1024> parseMemory; ///< enough for usual documents
     std::string currentEnrollmentId;           ///< empty: no enrollment in progress
     std::string currentDataplaneAuthContextId; ///< empty: no dataplane authentication in progress
     std::string currentUnenrollmentId;         ///< empty: no unenrollment in progress

@@ -18,7 +18,7 @@ constexpr std::string_view dataplaneUnchanged = "No change to current Dataplane 
 
 template <class Record>
 bool areEqual(const std::shared_ptr<const Record>& first, const std::shared_ptr<const Record>& second) {
-    return first && second && *first == *second;
+    return first && second && (first == second || *first == *second);
 }
 
 /// The certificate ended in a way that only a new enrollment mends.
@@ -77,6 +77,9 @@ void PresentationPluginImpl::actionOnlyCacheStatusNotification(
         return;
     }
     cachedStatus = std::move(notification);
+    if (!cachedStatus) {
+        knownStatusText.forget();
+    }
 }
 
 void PresentationPluginImpl::actionOnlyCacheDataplaneNotification(
@@ -87,6 +90,9 @@ void PresentationPluginImpl::actionOnlyCacheDataplaneNotification(
         return;
     }
     cachedDataplane = std::move(notification);
+    if (!cachedDataplane) {
+        knownDataplaneText.forget();
+    }
 }
 
 void PresentationPluginImpl::actionOnlyUpdateUI(bool& alertsPending) {
