@@ -60,22 +60,36 @@ std::vector<Record> toList(const boost::json::array& array, Record (*convert)(co
     return list;
 }
 
+/// The members of one object. Decoders ask for them in nearly the order in which documents list them, or in
+/// the reverse one: the neighbours of the last member found are tried before the object is searched.
+class Members {
+public:
+    Members(const boost::json::object& object) noexcept;
+
+    /// Null if it is absent.
+    const boost::json::value* find(std::string_view key) const noexcept;
+
+private:
+    const boost::json::object& members;
+    mutable boost::json::object::const_iterator last; ///< found last; the end at first
+};
+
 /// A member that must be there.
 /// @throws std::out_of_range "out of range"
-const boost::json::value& member(const boost::json::object& object, std::string_view key);
+const boost::json::value& member(const Members& object, std::string_view key);
 
 /// A member that is a text or an array; null if it is absent or of another kind.
-const boost::json::string* findText(const boost::json::object& object, std::string_view key) noexcept;
-const boost::json::array* findArray(const boost::json::object& object, std::string_view key) noexcept;
+const boost::json::string* findText(const Members& object, std::string_view key) noexcept;
+const boost::json::array* findArray(const Members& object, std::string_view key) noexcept;
 
 /// Copies a text member, whole.
 /// @return false, with `field` as it was, if the member is absent or no text
-bool readText(const boost::json::object& object, std::string_view key, std::string& field);
+bool readText(const Members& object, std::string_view key, std::string& field);
 
 /// Converts an array member, each element through `convert`.
 /// @return false, with `field` as it was, if the member is absent or no array
 template <class Record>
-bool readList(const boost::json::object& object, std::string_view key, std::vector<Record>& field,
+bool readList(const Members& object, std::string_view key, std::vector<Record>& field,
               Record (*convert)(const boost::json::value&)) {
     const boost::json::array* array = findArray(object, key);
     if (array) {
@@ -93,7 +107,7 @@ void setBadParameter(std::error_code& error) noexcept;
 /// `BadParameter` in `error` and an empty record.
 template <class Record>
 Record decodeDocument(const boost::json::value& document, std::error_code& error,
-                      bool (*decode)(const boost::json::object&, Record&)) {
+                      bool (*decode)(const Members&, Record&)) {
     error.clear();
     Record record;
     const boost::json::object* object = document.if_object();

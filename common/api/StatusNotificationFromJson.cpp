@@ -8,14 +8,14 @@ using namespace json_fields;
 
 /// Reads a member that may be absent; the field then keeps what it holds.
 template <class Field, class Convert>
-void readIfPresent(const json::object& object, std::string_view key, Field& field, Convert convert) {
-    if (const json::value* value = object.if_contains(key)) {
+void readIfPresent(const Members& object, std::string_view key, Field& field, Convert convert) {
+    if (const json::value* value = object.find(key)) {
         field = convert(*value);
     }
 }
 
 ConfigSyncStatus_t toConfigSyncStatus(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     return {
         .config_sync_interval_min = toCounter(member(object, "config_sync_interval_min")),
         .last_config_sync_success = toTimePoint(member(object, "last_config_sync_success")),
@@ -26,9 +26,9 @@ ConfigSyncStatus_t toConfigSyncStatus(const json::value& value) {
 
 /// Both keys are looked up before either text is read: a missing one outdoes a text of the wrong kind.
 ProxyConfig_t toProxyConfig(const json::value& value) {
-    const json::object& object = toObject(value);
-    const json::value* label = object.if_contains("label");
-    const json::value* status = object.if_contains("status");
+    const Members object = toObject(value);
+    const json::value* label = object.find("label");
+    const json::value* status = object.find("status");
     if (!label || !status) {
         throwBadParameter();
     }
@@ -44,7 +44,7 @@ std::vector<ProxyConfig_t> toProxyConfigs(const json::value& value) {
 }
 
 DataplaneStatus_t toDataplaneStatus(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     const auto counter = [&object](std::string_view key) { return toCounter(member(object, key)); };
     return {
         .flow_cnt_udp = counter("flow_cnt_udp"),
@@ -63,7 +63,7 @@ DataplaneStatus_t toDataplaneStatus(const json::value& value) {
 }
 
 CertificateUrns_t toCertificateUrns(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     return {
         .org_id = toText(member(object, "org_id")),
         .user_id = toText(member(object, "user_id")),
@@ -74,7 +74,7 @@ CertificateUrns_t toCertificateUrns(const json::value& value) {
 }
 
 CertificateStatus_t toCertificateStatus(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     return {
         .certificate_expiration_time = toTimePoint(member(object, "certificate_expiration_time")),
         .last_renewal_attempt_time = toTimePoint(member(object, "last_renewal_attempt_time")),
@@ -88,7 +88,7 @@ CertificateStatus_t toCertificateStatus(const json::value& value) {
 
 /// The one enumeration whose literals are not forgiven.
 Fingerprint_t toFingerprint(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     return {
         .label = toText(member(object, "label")),
         .status = valueOfLiteral<FingerprintStatus>(toText(member(object, "status"))).value(),
@@ -104,7 +104,7 @@ NetworkStatus_t toNetworkStatus(const json::value& value) {
 }
 
 EnrollmentChoice_t toEnrollmentChoice(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     EnrollmentChoice_t choice;
     readIfPresent(object, "state", choice.state, toTextBeforeNul);
     readIfPresent(object, "id", choice.id, toTextBeforeNul);
@@ -115,7 +115,7 @@ EnrollmentChoice_t toEnrollmentChoice(const json::value& value) {
 }
 
 Enrollment_t toEnrollment(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     Enrollment_t enrollment;
     readIfPresent(object, "state", enrollment.state, toTextBeforeNul);
     readIfPresent(object, "substate", enrollment.substate, toTextBeforeNul);
@@ -133,13 +133,13 @@ Enrollment_t toEnrollment(const json::value& value) {
     return enrollment;
 }
 
-bool readSubstate(const json::object& object, std::string& substate) {
-    return !object.contains("substate") || readText(object, "substate", substate);
+bool readSubstate(const Members& object, std::string& substate) {
+    return !object.find("substate") || readText(object, "substate", substate);
 }
 
 template <class Enumeration>
-bool readConnectivity(const json::object& object, std::string_view key, bool required, Enumeration& field) {
-    const json::value* value = object.if_contains(key);
+bool readConnectivity(const Members& object, std::string_view key, bool required, Enumeration& field) {
+    const json::value* value = object.find(key);
     if (!value) {
         return !required;
     }
@@ -147,7 +147,7 @@ bool readConnectivity(const json::object& object, std::string_view key, bool req
     return true;
 }
 
-bool decodeStatus(const json::object& object, StatusNotification_t& status) {
+bool decodeStatus(const Members& object, StatusNotification_t& status) {
     if (!readText(object, "version", status.version) || !readText(object, "state", status.state) ||
         !readSubstate(object, status.substate)) {
         return false;
