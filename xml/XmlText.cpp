@@ -89,6 +89,9 @@ char* escapePart(char* out, const char* in, const char* end, char kept) {
 
 void appendEscaped(common2::TextBuffer& out, std::string_view text, char kept) {
     constexpr std::size_t part = 4096; // so that the room for the longest form stays small
+    if (text.size() > part) {
+        out.room(2 * text.size()); // what JSON needs: a long text then grows the buffer once
+    }
     while (!text.empty()) {
         const std::string_view now = text.substr(0, part);
         char* room = out.room(now.size() * longestReference + slack);

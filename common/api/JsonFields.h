@@ -49,13 +49,22 @@ Enumeration toEnumeration(const boost::json::value& value) {
     return valueOfLiteral<Enumeration>(viewBeforeNul(value)).value_or(Enumeration::Unknown);
 }
 
+/// Becomes the record when it is constructed from: in place, and not moved there.
+template <class Record>
+struct Conversion {
+    Record (*convert)(const boost::json::value&);
+    const boost::json::value& element;
+
+    operator Record() const { return convert(element); }
+};
+
 /// The array's elements in order, each through `convert`.
 template <class Record>
 std::vector<Record> toList(const boost::json::array& array, Record (*convert)(const boost::json::value&)) {
     std::vector<Record> list;
     list.reserve(array.size());
     for (const boost::json::value& element : array) {
-        list.push_back(convert(element));
+        list.emplace_back(Conversion<Record>{convert, element});
     }
     return list;
 }
