@@ -34,6 +34,17 @@ constexpr auto references = [] {
 constexpr std::size_t longestReference = 6;
 constexpr std::size_t slack = 16; ///< what the block copies may write beyond the text
 
+/// Characters that a plain value does not hold: the five, and the NUL at which it would end.
+constexpr auto notPlain = [] {
+    std::array<bool, 256> table{};
+    for (std::size_t code = 0; code < table.size(); ++code) {
+        table[code] = code == 0 || references[code].size != 0;
+    }
+    return table;
+}();
+
+bool isPlain(char character) { return !notPlain[static_cast<unsigned char>(character)]; }
+
 const Reference& referenceOf(char character) { return references[static_cast<unsigned char>(character)]; }
 
 /// Writes one character, as a reference unless it stands for itself.
@@ -85,6 +96,25 @@ char* escapePart(char* out, const char* in, const char* end, char kept) {
     return out;
 }
 
+/// Appends a value in double quotes if it is short and plain, as most values are.
+bool appendPlainlyQuoted(common2::TextBuffer& out, std::string_view value) {
+    constexpr std::size_t longest = 64;
+    if (value.size() > longest) {
+        return false;
+    }
+    char* to = out.room(value.size() + 2);
+    *to++ = '"';
+    for (const char character : value) {
+        if (!isPlain(character)) {
+            return false;
+        }
+        *to++ = character;
+    }
+    *to++ = '"';
+    out.endAt(to);
+    return true;
+}
+
 } // namespace
 
 void appendEscaped(common2::TextBuffer& out, std::string_view text, char kept) {
@@ -101,6 +131,10 @@ void appendEscaped(common2::TextBuffer& out, std::string_view text, char kept) {
 }
 
 void appendQuoted(common2::TextBuffer& out, std::string_view value) {
+    if (appendPlainlyQuoted(out, value)) {
+        return;
+    }
+    value = value.substr(0, value.find('\0'));
     const bool holdsDouble = value.find('"') != std::string_view::npos;
     const char quote = holdsDouble ? '\'' : '"';
     out.append(quote);
