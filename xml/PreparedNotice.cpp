@@ -3,8 +3,6 @@
 #include "xml/XmlText.h"
 #include "xml/XmlUINotice.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr std::string_view marks = "\x01\x02\x03\x04";
@@ -44,7 +42,7 @@ PreparedNotice::PreparedNotice(const XmlUINotice& notice) {
 
 void NoticeFiller::putValue(std::string_view value) {
     pass();
-    appendQuoted(text, value.substr(0, std::min(value.find('\0'), value.size())));
+    appendQuoted(text, value);
 }
 
 void NoticeFiller::putPlain(std::string_view value) {

@@ -9,6 +9,6 @@
 /// what the XML library's printer yields, but copies what needs no reference in blocks.
 void appendEscaped(common2::TextBuffer& out, std::string_view text, char kept = '\0');
 
-/// Appends an attribute's value in its quotes: double ones, or single ones around a value that holds double
-/// ones.
+/// Appends an attribute's value, which ends at its first NUL as in a tree, in its quotes: double ones, or
+/// single ones around a value that holds double ones.
 void appendQuoted(common2::TextBuffer& out, std::string_view value);

@@ -90,6 +90,13 @@ TEST(XmlText, ValueStandsInDoubleQuotesUnlessItHoldsThem) {
     EXPECT_EQ(asValue("say \"it's\""), "'say \"it&apos;s\"'");
 }
 
+TEST(XmlText, ValueEndsAtItsFirstNul) {
+    EXPECT_EQ(asValue(std::string_view("a\0b", 3)), "\"a\"");
+    EXPECT_EQ(asValue(std::string_view("a\0\"", 3)), "\"a\"");
+    EXPECT_EQ(asValue(std::string_view("\0", 1)), "\"\"");
+    EXPECT_EQ(asValue(std::string(100, 'x') + '\0' + "y"), '"' + std::string(100, 'x') + '"');
+}
+
 TEST(XmlText, ValueIsQuotedAsTheLibraryDoesIt) {
     for (const std::string& text : manyTexts()) {
         rapidxml::xml_document<char> document;
