@@ -6,13 +6,15 @@ constexpr std::size_t mostKept = 256 * 1024; ///< bytes
 
 } // namespace
 
+bool KnownText::isKept(std::string_view document) noexcept { return document.size() <= mostKept; }
+
 bool KnownText::isOf(const std::shared_ptr<const void>& cached, std::string_view document) const noexcept {
     return record && record == cached && text == document;
 }
 
 void KnownText::keep(const std::shared_ptr<const void>& cached, std::string_view document) {
     forget();
-    if (cached && document.size() <= mostKept) {
+    if (cached && isKept(document)) {
         text = document;
         record = cached;
     }

@@ -11,6 +11,9 @@
 /// none, leave nothing behind.
 class KnownText {
 public:
+    /// Whether a text is short enough to be kept.
+    static bool isKept(std::string_view document) noexcept;
+
     /// Whether the text is the one that `cached` was decoded from.
     bool isOf(const std::shared_ptr<const void>& cached, std::string_view document) const noexcept;
 

@@ -16,6 +16,7 @@
 #include "presentation-plugin/KnownText.h"
 #include "presentation-plugin/PresentationPluginSm.h"
 #include "presentation-plugin/SpareText.h"
+#include "presentation-plugin/StatusRecords.h"
 #include "presentation-plugin/alerts/WrenAlert.h"
 #include "presentation-plugin/tables/WrenEnrollmentStringTable.h"
 #include "presentation-plugin/tables/WrenUnenrollmentStringTable.h"
@@ -34,11 +35,9 @@
 #include <future>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <type_traits>
 
 struct AdvConfigSyncGroup;
 struct AdvEnrollmentGroup;
@@ -161,16 +160,18 @@ private:
     template <class Take>
     void takeIn(const char* json, const Intake& intake, Take take);
     template <class Decode>
-    auto decoded(std::string_view json, const Intake& intake, Decode decode)
-        -> std::optional<std::invoke_result_t<Decode, boost::json::value, std::error_code&>>;
+    bool readDocument(std::string_view json, const Intake& intake, Decode decode);
     void copyToHostLog(const Intake& intake, std::string_view json);
+    template <class Record>
+    using Decoder = Record (*)(boost::json::value, std::error_code&);
     /// A document whose record goes with its event.
-    template <class Event, class Decode>
-    void takeInEvent(const char* json, const Intake& intake, Decode decode);
-    /// A document whose record the machine's actions may leave in `cached`.
-    template <class Event, class Record, class Decode>
-    void takeInCached(const char* json, const Intake& intake, Decode decode,
-                      const std::shared_ptr<const Record>& cached, KnownText& known);
+    template <class Event, class Record>
+    void takeInEvent(const char* json, const Intake& intake, Decoder<Record> decode);
+    /// A document whose record the machine's actions may leave in `cached`; `read` makes it, or null, from
+    /// the text.
+    template <class Event, class Record, class Read>
+    void takeInCached(const char* json, const Intake& intake, const std::shared_ptr<const Record>& cached,
+                      KnownText& known, Read read);
 
     void sendRequest(QuillApiResult (IQuillApi::*operation)(const char*), const std::string& request,
                      const char* failure, std::string_view function);
@@ -223,6 +224,7 @@ private:
                                    ///< from the same records are equal
     std::shared_ptr<const StatusNotification_t> cachedStatus;
     std::shared_ptr<const DataplaneNotification_t> cachedDataplane;
+    StatusRecords statusRecords;  ///< of which `cachedStatus` is one
     KnownText knownStatusText;    ///< that `cachedStatus` came from
     KnownText knownDataplaneText; ///< that `cachedDataplane` came from
     alignas(

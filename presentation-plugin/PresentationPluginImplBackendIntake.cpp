@@ -6,9 +6,7 @@
 #include <boost/json/parse.hpp>
 
 #include <exception>
-#include <optional>
 #include <system_error>
-#include <type_traits>
 #include <utility>
 
 /// What tells one document from another.
@@ -28,26 +26,25 @@ void logFailure(std::string_view function, std::string_view words, std::string_v
 
 } // namespace
 
-/// Parses and decodes a document. What is wrong with it goes to the log.
-/// @return none if it is unusable
+/// Parses a document and has it decoded. What is wrong with it goes to the log.
+/// @return whether it is usable
 template <class Decode>
-auto PresentationPluginImpl::decoded(std::string_view json, const Intake& intake, Decode decode)
-    -> std::optional<std::invoke_result_t<Decode, boost::json::value, std::error_code&>> {
+bool PresentationPluginImpl::readDocument(std::string_view json, const Intake& intake, Decode decode) {
     // The value lives in kept memory, and what a large one needs beyond goes as a whole.
     boost::json::monotonic_resource memory(parseMemory.data(), parseMemory.size());
     boost::system::error_code notParsed;
     boost::json::value value = boost::json::parse(json, notParsed, &memory);
     if (notParsed) {
         logFailure(intake.function, intake.notJson, notParsed.message());
-        return std::nullopt;
+        return false;
     }
-    std::error_code error;
-    auto record = decode(std::move(value), error);
-    if (error) {
-        logFailure(intake.function, intake.notDecoded, error.message());
-        return std::nullopt;
+    std::error_code notDecoded;
+    decode(std::move(value), notDecoded);
+    if (notDecoded) {
+        logFailure(intake.function, intake.notDecoded, notDecoded.message());
+        return false;
     }
-    return record;
+    return true;
 }
 
 /// The steps that all documents share; `take` does those between them and raises the event.
@@ -68,30 +65,30 @@ void PresentationPluginImpl::copyToHostLog(const Intake& intake, std::string_vie
     sendText([&](common2::TextBuffer& out) { screens.apiLog(out, intake.apiLogElement, json); });
 }
 
-template <class Event, class Decode>
-void PresentationPluginImpl::takeInEvent(const char* json, const Intake& intake, Decode decode) {
+template <class Event, class Record>
+void PresentationPluginImpl::takeInEvent(const char* json, const Intake& intake, Decoder<Record> decode) {
     takeIn(json, intake, [&](std::string_view text) {
-        auto record = decoded(text, intake, decode);
-        if (record) {
-            const Event event{std::move(*record)};
+        Record record;
+        const auto decodeValue = [&](boost::json::value&& value, std::error_code& error) {
+            record = decode(std::move(value), error);
+        };
+        if (readDocument(text, intake, decodeValue)) {
+            const Event event{std::move(record)};
             copyToHostLog(intake, text);
             raise(event, intake.function);
         }
     });
 }
 
-template <class Event, class Record, class Decode>
-void PresentationPluginImpl::takeInCached(const char* json, const Intake& intake, Decode decode,
-                                          const std::shared_ptr<const Record>& cached, KnownText& known) {
+template <class Event, class Record, class Read>
+void PresentationPluginImpl::takeInCached(const char* json, const Intake& intake,
+                                          const std::shared_ptr<const Record>& cached, KnownText& known,
+                                          Read read) {
     takeIn(json, intake, [&](std::string_view text) {
         const bool isKnown = known.isOf(cached, text);
-        Event event{cached};
-        if (!isKnown) {
-            auto record = decoded(text, intake, decode);
-            if (!record) {
-                return;
-            }
-            event.notification = std::make_shared<const Record>(std::move(*record));
+        const Event event{isKnown ? cached : read(text)};
+        if (!event.notification) {
+            return;
         }
         copyToHostLog(intake, text);
         raise(event, intake.function);
@@ -102,39 +99,58 @@ void PresentationPluginImpl::takeInCached(const char* json, const Intake& intake
 }
 
 void PresentationPluginImpl::StatusNotification(const char* json) {
-    takeInCached<StatusNotification_e>(json,
-                                       {"PresentationPluginImpl::StatusNotification",
-                                        "Failed to parse status notification: ",
-                                        "Failed to parse JSON status notification: ", "statusnotification"},
-                                       StatusNotificationFromJson, cachedStatus, knownStatusText);
+    const Intake intake{"PresentationPluginImpl::StatusNotification", "Failed to parse status notification: ",
+                        "Failed to parse JSON status notification: ", "statusnotification"};
+    takeInCached<StatusNotification_e>(
+        json, intake, cachedStatus, knownStatusText,
+        [&](std::string_view text) -> std::shared_ptr<const StatusNotification_t> {
+            const std::shared_ptr<StatusNotification_t> record = statusRecords.take();
+            if (!KnownText::isKept(text)) {
+                statusRecords.forget();
+            }
+            const auto decode = [&record](boost::json::value&& value, std::error_code& error) {
+                readStatusNotification(value, error, *record);
+            };
+            return readDocument(text, intake, decode) ? record : nullptr;
+        });
 }
 
 void PresentationPluginImpl::EnrollmentStatusNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse enrollment status notification: ";
-    takeInEvent<EnrollmentStatusNotification_e>(json,
-                                                {"PresentationPluginImpl::EnrollmentStatusNotification",
-                                                 words, words, "enrollmentstatusnotification"},
-                                                EnrollmentStatusNotificationFromJson);
+    takeInEvent<EnrollmentStatusNotification_e, EnrollmentStatusNotification_t>(
+        json,
+        {"PresentationPluginImpl::EnrollmentStatusNotification", words, words,
+         "enrollmentstatusnotification"},
+        EnrollmentStatusNotificationFromJson);
 }
 
 void PresentationPluginImpl::EnrollmentAuthRequest(const char* json) {
     constexpr std::string_view words = "Failed to parse enrollment auth request: ";
-    takeInEvent<EnrollmentAuthRequest_e>(
+    takeInEvent<EnrollmentAuthRequest_e, EnrollmentAuthRequest_t>(
         json, {"PresentationPluginImpl::EnrollmentAuthRequest", words, words, "enrollmentauthrequest"},
         EnrollmentAuthRequestFromJson);
 }
 
 void PresentationPluginImpl::UnenrollmentStatusNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse unenrollment status notification: ";
-    takeInEvent<UnenrollmentStatusNotification_e>(json,
-                                                  {"PresentationPluginImpl::UnenrollmentStatusNotification",
-                                                   words, words, "unenrollmentstatusnotification"},
-                                                  UnenrollmentStatusNotificationFromJson);
+    takeInEvent<UnenrollmentStatusNotification_e, UnenrollmentStatusNotification_t>(
+        json,
+        {"PresentationPluginImpl::UnenrollmentStatusNotification", words, words,
+         "unenrollmentstatusnotification"},
+        UnenrollmentStatusNotificationFromJson);
 }
 
 void PresentationPluginImpl::DataplaneNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse dataplane notification: ";
+    const Intake intake{"PresentationPluginImpl::DataplaneNotification", words, words,
+                        "dataplanenotification"};
     takeInCached<DataplaneNotification_e>(
-        json, {"PresentationPluginImpl::DataplaneNotification", words, words, "dataplanenotification"},
-        DataplaneNotificationFromJson, cachedDataplane, knownDataplaneText);
+        json, intake, cachedDataplane, knownDataplaneText,
+        [&](std::string_view text) -> std::shared_ptr<const DataplaneNotification_t> {
+            const auto record = std::make_shared<DataplaneNotification_t>();
+            const auto decode = [&record](boost::json::value&& value, std::error_code& error) {
+                *record = DataplaneNotificationFromJson(std::move(value), error);
+            };
+            return readDocument(text, intake, decode) ? record : nullptr;
+        });
 }

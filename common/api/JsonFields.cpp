@@ -54,7 +54,7 @@ bool toBool(const json::value& value) {
     throw std::invalid_argument("bool required");
 }
 
-std::string toText(const json::value& value) {
+std::string_view viewOf(const json::value& value) {
     const json::string& text = toString(value);
     return {text.data(), text.size()};
 }

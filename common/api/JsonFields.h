@@ -24,9 +24,9 @@ const boost::json::array& toArray(const boost::json::value& value);
 /// @throws std::invalid_argument "bool required"
 bool toBool(const boost::json::value& value);
 
-/// The whole text, NUL bytes included.
+/// The whole text without a copy, NUL bytes included; lives as long as the value.
 /// @throws std::invalid_argument "not a string"
-std::string toText(const boost::json::value& value);
+std::string_view viewOf(const boost::json::value& value);
 /// The text up to its first NUL byte.
 /// @throws std::invalid_argument "not a string"
 std::string toTextBeforeNul(const boost::json::value& value);
@@ -83,6 +83,16 @@ private:
     mutable boost::json::object::const_iterator last; ///< found last; the end at first
 };
 
+/// The array's elements in order, each through `read` into the record in its place, which keeps its storage.
+template <class Record>
+void readEach(const boost::json::array& array, std::vector<Record>& list,
+              void (*read)(const boost::json::value&, Record&)) {
+    list.resize(array.size());
+    for (std::size_t index = 0; index < list.size(); ++index) {
+        read(array[index], list[index]);
+    }
+}
+
 /// A member that must be there.
 /// @throws std::out_of_range "out of range"
 const boost::json::value& member(const Members& object, std::string_view key);
@@ -107,24 +117,41 @@ bool readList(const Members& object, std::string_view key, std::vector<Record>& 
     return array != nullptr;
 }
 
+/// The same, each element through `read` into the record in its place.
+template <class Record>
+bool readList(const Members& object, std::string_view key, std::vector<Record>& field,
+              void (*read)(const boost::json::value&, Record&)) {
+    const boost::json::array* array = findArray(object, key);
+    if (array) {
+        readEach(*array, field, read);
+    }
+    return array != nullptr;
+}
+
 /// The fault of a nested record that is told by a code: `BadParameter` of "global_error".
 [[noreturn]] void throwBadParameter();
 /// The fault of a document that is told by a code: the same, in `error`.
 void setBadParameter(std::error_code& error) noexcept;
 
 /// Runs `decode` on a document that is an object. Its false, or another kind of document, is a soft failure:
-/// `BadParameter` in `error` and an empty record.
+/// `BadParameter` in `error`, and nothing to be relied on in `record`.
 template <class Record>
-Record decodeDocument(const boost::json::value& document, std::error_code& error,
-                      bool (*decode)(const Members&, Record&)) {
+void decodeInto(const boost::json::value& document, std::error_code& error, Record& record,
+                bool (*decode)(const Members&, Record&)) {
     error.clear();
-    Record record;
     const boost::json::object* object = document.if_object();
     if (!object || !decode(*object, record)) {
         setBadParameter(error);
-        return {};
     }
-    return record;
+}
+
+/// The same with a new record, which is empty after a soft failure.
+template <class Record>
+Record decodeDocument(const boost::json::value& document, std::error_code& error,
+                      bool (*decode)(const Members&, Record&)) {
+    Record record;
+    decodeInto(document, error, record, decode);
+    return error ? Record() : record;
 }
 
 } // namespace json_fields
