@@ -1,20 +1,13 @@
 #include "common2/data/TextBuffer.h"
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
 namespace common2 {
 
 const char* TextBuffer::c_str() {
     *room(1) = '\0';
     return storage.get();
-}
-
-void TextBuffer::append(std::string_view text) {
-    if (!text.empty()) {
-        std::memcpy(room(text.size()), text.data(), text.size());
-        end += text.size();
-    }
 }
 
 void TextBuffer::reset(std::size_t mostKept) noexcept {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -28,7 +29,13 @@ public:
     }
     void endAt(char* newEnd) noexcept { end = newEnd; }
 
-    void append(std::string_view text);
+    // Here and not in the source: a notice is made of some hundred pieces.
+    void append(std::string_view text) {
+        if (!text.empty()) {
+            std::memcpy(room(text.size()), text.data(), text.size());
+            end += text.size();
+        }
+    }
     void append(char character) {
         *room(1) = character;
         ++end;

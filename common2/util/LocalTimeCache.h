@@ -19,7 +19,8 @@ public:
     /// @param clock tells the present time
     explicit LocalTimeCache(Clock clock = &std::time);
 
-    /// The present time; `format` as for `localTimeText`. Valid until the next call.
+    /// The present time, valid until the next call.
+    /// @param format as for `localTimeText`, a constant: it is known again by its address
     std::string_view now(const wchar_t* format);
     /// That time, in the same way.
     std::string_view at(std::time_t time, const wchar_t* format);
@@ -27,7 +28,7 @@ public:
 private:
     struct Entry {
         std::time_t time = 0;
-        std::wstring format;
+        const wchar_t* format = nullptr;
         std::string text;
     };
 

@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr const wchar_t* hour = L"%H";
+
 std::time_t presentTime = 0;
 
 std::time_t toldTime(std::time_t*) { return presentTime; }
@@ -24,7 +26,7 @@ protected:
 TEST_F(LocalTimeCacheTest, WritesTheTimeThatIsAskedFor) {
     EXPECT_EQ(times.now(L"%c"), "Wed Nov 15 00:13:20 2023");
     EXPECT_EQ(times.at(0, L"%Y-%m-%d %H:%M:%S"), "1970-01-01 02:00:00");
-    EXPECT_EQ(times.at(0, L"%H"), "02");
+    EXPECT_EQ(times.at(0, hour), "02");
     EXPECT_EQ(times.now(L"%c"), "Wed Nov 15 00:13:20 2023");
 }
 
@@ -35,11 +37,11 @@ TEST_F(LocalTimeCacheTest, FollowsTheClock) {
 }
 
 TEST_F(LocalTimeCacheTest, ChangeOfTheZoneShowsWithinASecond) {
-    EXPECT_EQ(times.at(0, L"%H"), "02");
+    EXPECT_EQ(times.at(0, hour), "02");
     const test::ScopedEnvironment elsewhere{"TZ", "YST-5"};
-    EXPECT_EQ(times.at(0, L"%H"), "02");
+    EXPECT_EQ(times.at(0, hour), "02");
     presentTime += 1;
-    EXPECT_EQ(times.at(0, L"%H"), "05");
+    EXPECT_EQ(times.at(0, hour), "05");
 }
 
 TEST_F(LocalTimeCacheTest, MoreTimesThanItKeepsAreWrittenAsWell) {
