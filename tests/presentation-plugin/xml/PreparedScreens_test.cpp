@@ -146,6 +146,17 @@ TEST_F(PreparedScreensTest, StatisticsReadAsTheTreeDoes) {
     expectStatistics(test::enrolledStatus());
 }
 
+TEST_F(PreparedScreensTest, EveryValueOfTheStatisticsStandsInItsPlace) {
+    StatusNotification_t status = test::enrolledStatus();
+    status.interceptor_connectivity = InterceptorConnectivity::RebootRequired;
+    Enrollment_t& enrollment = status.enrollments.front();
+    enrollment.certificate_status.certificate_state = CertificateState::Expired;
+    enrollment.certificate_status.certificate_renewal_status = CertificateRenewalStatus::Waiting;
+    enrollment.config_sync_status.server_connectivity = ServerConnectivity::Unreachable;
+    enrollment.dataplane_status.server_connectivity = ServerConnectivity::BadResponse;
+    expectStatistics(status);
+}
+
 TEST_F(PreparedScreensTest, StatisticsReadAsTheTreeDoesForEveryText) {
     for (const std::string& text : awkwardTexts) {
         StatusNotification_t status = test::enrolledStatus();
