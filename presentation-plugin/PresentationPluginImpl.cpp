@@ -185,21 +185,23 @@ void PresentationPluginImpl::actionNotifyUIStopDone() {
     registered.presentationCB->StopDone(registered.hostHandle);
 }
 
-bool PresentationPluginImpl::notifyVTGUI(const std::string& xml) {
+bool PresentationPluginImpl::notifyVTGUI(const char* xml) {
     const HostCallbacks::Snapshot registered = host.get();
     if (!registered.presentationCB) {
         COMMON2_LOG(DBG_ERROR, "PresentationPluginImpl::notifyVTGUI") << "UI callbacks not initialized";
         return false;
     }
-    if (xml.empty()) {
+    if (!*xml) {
         COMMON2_LOG(DBG_ERROR, "PresentationPluginImpl::notifyVTGUI") << "Empty UI notice";
         return false;
     }
-    registered.presentationCB->Notify(registered.hostHandle, xml.c_str());
+    registered.presentationCB->Notify(registered.hostHandle, xml);
     return true;
 }
 
-bool PresentationPluginImpl::sendNotice(XmlUINotice& notice) { return notifyVTGUI(notice.serialize()); }
+bool PresentationPluginImpl::sendNotice(const XmlUINotice& notice) {
+    return sendText([&notice](common2::TextBuffer& out) { notice.print(out); });
+}
 
 bool PresentationPluginImpl::sendApiLogNotice(const char* name, const char* text) {
     XmlUINotice notice(UiNoticeType::ApiLog, "apilog", pluginIdentity::identity);

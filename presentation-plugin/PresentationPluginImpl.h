@@ -13,22 +13,31 @@
 
 #include "presentation-plugin/ErrorPopupState.h"
 #include "presentation-plugin/HostCallbacks.h"
+#include "presentation-plugin/KnownText.h"
 #include "presentation-plugin/PresentationPluginSm.h"
+#include "presentation-plugin/SpareText.h"
+#include "presentation-plugin/StatusRecords.h"
 #include "presentation-plugin/alerts/WrenAlert.h"
 #include "presentation-plugin/tables/WrenEnrollmentStringTable.h"
 #include "presentation-plugin/tables/WrenUnenrollmentStringTable.h"
 #include "presentation-plugin/xml/BrowserPopupHelper.h"
 #include "presentation-plugin/xml/CEventStore.h"
+#include "presentation-plugin/xml/PreparedScreens.h"
 #include "presentation-plugin/xml/TileComposition.h"
 #include "presentation-plugin/xml/ToastComposition.h"
 #include "wren/PresentationPlugin.h"
 #include "wren/QuillApi.h"
 
+#include <boost/json/fwd.hpp>
+
+#include <array>
+#include <cstddef>
 #include <future>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 struct AdvConfigSyncGroup;
 struct AdvEnrollmentGroup;
@@ -116,9 +125,13 @@ private:
     void actionDismissAlertDialog() override;
 
     // The one way out to the host. None of these locks.
-    bool notifyVTGUI(const std::string& xml);
-    bool sendNotice(XmlUINotice& notice);
+    bool notifyVTGUI(const char* xml);
+    bool notifyVTGUI(const std::string& xml) { return notifyVTGUI(xml.c_str()); }
+    bool sendNotice(const XmlUINotice& notice);
     bool sendApiLogNotice(const char* name, const char* text);
+    /// Sends what `write` appends to the buffer that it is given.
+    template <class Write>
+    bool sendText(Write write);
 
     /// Raises an event under `smMutex`, which the caller holds, and warns in the name of `function` where the
     /// machine does not take it.
@@ -142,10 +155,23 @@ private:
     void routeDataplaneAuth(const std::string& contextId);
     bool routeLocked(EventStoreId kind, const XmlUIEvent& event);
 
-    /// The steps that all documents share: parse, decode, copy to the host's log, raise the event.
+    // Documents: parse, decode, copy to the host's log, raise the event.
     struct Intake;
-    template <class Decode, class ToEvent>
-    void takeIn(const char* json, const Intake& intake, Decode decode, ToEvent toEvent);
+    template <class Take>
+    void takeIn(const char* json, const Intake& intake, Take take);
+    template <class Decode>
+    bool readDocument(std::string_view json, const Intake& intake, Decode decode);
+    void copyToHostLog(const Intake& intake, std::string_view json);
+    template <class Record>
+    using Decoder = Record (*)(boost::json::value, std::error_code&);
+    /// A document whose record goes with its event.
+    template <class Event, class Record>
+    void takeInEvent(const char* json, const Intake& intake, Decoder<Record> decode);
+    /// A document whose record the machine's actions may leave in `cached`; `read` makes it, or null, from
+    /// the text.
+    template <class Event, class Record, class Read>
+    void takeInCached(const char* json, const Intake& intake, const std::shared_ptr<const Record>& cached,
+                      KnownText& known, Read read);
 
     void sendRequest(QuillApiResult (IQuillApi::*operation)(const char*), const std::string& request,
                      const char* failure, std::string_view function);
@@ -198,6 +224,11 @@ private:
                                    ///< from the same records are equal
     std::shared_ptr<const StatusNotification_t> cachedStatus;
     std::shared_ptr<const DataplaneNotification_t> cachedDataplane;
+    StatusRecords statusRecords;  ///< of which `cachedStatus` is one
+    KnownText knownStatusText;    ///< that `cachedStatus` came from
+    KnownText knownDataplaneText; ///< that `cachedDataplane` came from
+    alignas(
+        std::max_align_t) std::array<unsigned char, 16 * 1024> parseMemory; ///< enough for usual documents
     std::string currentEnrollmentId;           ///< empty: no enrollment in progress
     std::string currentDataplaneAuthContextId; ///< empty: no dataplane authentication in progress
     std::string currentUnenrollmentId;         ///< empty: no unenrollment in progress
@@ -208,4 +239,13 @@ private:
     BrowserPopupHelper enrollmentBrowserPopup;
     BrowserPopupHelper dataplaneAuthBrowserPopup;
     WrenAlertList_t alerts;
+    PreparedScreens screens;
+    SpareText spareText; ///< any thread may borrow it
 };
+
+template <class Write>
+bool PresentationPluginImpl::sendText(Write write) {
+    const SpareText::Loan text(spareText);
+    write(*text);
+    return notifyVTGUI(text->c_str());
+}

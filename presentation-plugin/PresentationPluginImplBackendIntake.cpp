@@ -2,10 +2,10 @@
 #include "presentation-plugin/PresentationPluginImpl.h"
 #include "presentation-plugin/PresentationPluginImplRaise.h"
 
+#include <boost/json/monotonic_resource.hpp>
 #include <boost/json/parse.hpp>
 
 #include <exception>
-#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -24,36 +24,35 @@ void logFailure(std::string_view function, std::string_view words, std::string_v
     COMMON2_LOG_AT(DBG_ERROR, common2::sourceName(__FILE__), line, function) << words << reason;
 }
 
-std::optional<boost::json::value> parseDocument(const char* json, std::string_view function,
-                                                std::string_view words) {
-    boost::system::error_code error;
-    boost::json::value value = boost::json::parse(json ? json : "", error);
-    if (error) {
-        logFailure(function, words, error.message());
-        return std::nullopt;
-    }
-    return value;
-}
-
 } // namespace
 
-template <class Decode, class ToEvent>
-void PresentationPluginImpl::takeIn(const char* json, const Intake& intake, Decode decode, ToEvent toEvent) {
+/// Parses a document and has it decoded. What is wrong with it goes to the log.
+/// @return whether it is usable
+template <class Decode>
+bool PresentationPluginImpl::readDocument(std::string_view json, const Intake& intake, Decode decode) {
+    // The value lives in kept memory, and what a large one needs beyond goes as a whole.
+    boost::json::monotonic_resource memory(parseMemory.data(), parseMemory.size());
+    boost::system::error_code notParsed;
+    boost::json::value value = boost::json::parse(json, notParsed, &memory);
+    if (notParsed) {
+        logFailure(intake.function, intake.notJson, notParsed.message());
+        return false;
+    }
+    std::error_code notDecoded;
+    decode(std::move(value), notDecoded);
+    if (notDecoded) {
+        logFailure(intake.function, intake.notDecoded, notDecoded.message());
+        return false;
+    }
+    return true;
+}
+
+/// The steps that all documents share; `take` does those between them and raises the event.
+template <class Take>
+void PresentationPluginImpl::takeIn(const char* json, const Intake& intake, Take take) {
     const std::lock_guard lock(smMutex);
     try {
-        std::optional<boost::json::value> value = parseDocument(json, intake.function, intake.notJson);
-        if (!value) {
-            return;
-        }
-        std::error_code error;
-        auto record = decode(std::move(*value), error);
-        if (error) {
-            logFailure(intake.function, intake.notDecoded, error.message());
-            return;
-        }
-        const auto event = toEvent(std::move(record));
-        sendApiLogNotice(intake.apiLogElement, json);
-        raise(event, intake.function);
+        take(std::string_view(json ? json : ""));
     } catch (const std::exception& failure) {
         // The backend's thread must not see a failure of ours.
         logFailure(intake.function, intake.notDecoded, failure.what());
@@ -62,47 +61,96 @@ void PresentationPluginImpl::takeIn(const char* json, const Intake& intake, Deco
     }
 }
 
+void PresentationPluginImpl::copyToHostLog(const Intake& intake, std::string_view json) {
+    sendText([&](common2::TextBuffer& out) { screens.apiLog(out, intake.apiLogElement, json); });
+}
+
+template <class Event, class Record>
+void PresentationPluginImpl::takeInEvent(const char* json, const Intake& intake, Decoder<Record> decode) {
+    takeIn(json, intake, [&](std::string_view text) {
+        Record record;
+        const auto decodeValue = [&](boost::json::value&& value, std::error_code& error) {
+            record = decode(std::move(value), error);
+        };
+        if (readDocument(text, intake, decodeValue)) {
+            const Event event{std::move(record)};
+            copyToHostLog(intake, text);
+            raise(event, intake.function);
+        }
+    });
+}
+
+template <class Event, class Record, class Read>
+void PresentationPluginImpl::takeInCached(const char* json, const Intake& intake,
+                                          const std::shared_ptr<const Record>& cached, KnownText& known,
+                                          Read read) {
+    takeIn(json, intake, [&](std::string_view text) {
+        const bool isKnown = known.isOf(cached, text);
+        const Event event{isKnown ? cached : read(text)};
+        if (!event.notification) {
+            return;
+        }
+        copyToHostLog(intake, text);
+        raise(event, intake.function);
+        if (!isKnown && cached == event.notification) {
+            known.keep(cached, text);
+        }
+    });
+}
+
 void PresentationPluginImpl::StatusNotification(const char* json) {
-    takeIn(json,
-           {"PresentationPluginImpl::StatusNotification", "Failed to parse status notification: ",
-            "Failed to parse JSON status notification: ", "statusnotification"},
-           StatusNotificationFromJson, [](StatusNotification_t&& record) {
-               return StatusNotification_e{std::make_shared<const StatusNotification_t>(std::move(record))};
-           });
+    const Intake intake{"PresentationPluginImpl::StatusNotification", "Failed to parse status notification: ",
+                        "Failed to parse JSON status notification: ", "statusnotification"};
+    takeInCached<StatusNotification_e>(
+        json, intake, cachedStatus, knownStatusText,
+        [&](std::string_view text) -> std::shared_ptr<const StatusNotification_t> {
+            const std::shared_ptr<StatusNotification_t> record = statusRecords.take();
+            if (!KnownText::isKept(text)) {
+                statusRecords.forget();
+            }
+            const auto decode = [&record](boost::json::value&& value, std::error_code& error) {
+                readStatusNotification(value, error, *record);
+            };
+            return readDocument(text, intake, decode) ? record : nullptr;
+        });
 }
 
 void PresentationPluginImpl::EnrollmentStatusNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse enrollment status notification: ";
-    takeIn(json,
-           {"PresentationPluginImpl::EnrollmentStatusNotification", words, words,
-            "enrollmentstatusnotification"},
-           EnrollmentStatusNotificationFromJson, [](EnrollmentStatusNotification_t&& record) {
-               return EnrollmentStatusNotification_e{std::move(record)};
-           });
+    takeInEvent<EnrollmentStatusNotification_e, EnrollmentStatusNotification_t>(
+        json,
+        {"PresentationPluginImpl::EnrollmentStatusNotification", words, words,
+         "enrollmentstatusnotification"},
+        EnrollmentStatusNotificationFromJson);
 }
 
 void PresentationPluginImpl::EnrollmentAuthRequest(const char* json) {
     constexpr std::string_view words = "Failed to parse enrollment auth request: ";
-    takeIn(json, {"PresentationPluginImpl::EnrollmentAuthRequest", words, words, "enrollmentauthrequest"},
-           EnrollmentAuthRequestFromJson,
-           [](EnrollmentAuthRequest_t&& record) { return EnrollmentAuthRequest_e{std::move(record)}; });
+    takeInEvent<EnrollmentAuthRequest_e, EnrollmentAuthRequest_t>(
+        json, {"PresentationPluginImpl::EnrollmentAuthRequest", words, words, "enrollmentauthrequest"},
+        EnrollmentAuthRequestFromJson);
 }
 
 void PresentationPluginImpl::UnenrollmentStatusNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse unenrollment status notification: ";
-    takeIn(json,
-           {"PresentationPluginImpl::UnenrollmentStatusNotification", words, words,
-            "unenrollmentstatusnotification"},
-           UnenrollmentStatusNotificationFromJson, [](UnenrollmentStatusNotification_t&& record) {
-               return UnenrollmentStatusNotification_e{std::move(record)};
-           });
+    takeInEvent<UnenrollmentStatusNotification_e, UnenrollmentStatusNotification_t>(
+        json,
+        {"PresentationPluginImpl::UnenrollmentStatusNotification", words, words,
+         "unenrollmentstatusnotification"},
+        UnenrollmentStatusNotificationFromJson);
 }
 
 void PresentationPluginImpl::DataplaneNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse dataplane notification: ";
-    takeIn(json, {"PresentationPluginImpl::DataplaneNotification", words, words, "dataplanenotification"},
-           DataplaneNotificationFromJson, [](DataplaneNotification_t&& record) {
-               return DataplaneNotification_e{
-                   std::make_shared<const DataplaneNotification_t>(std::move(record))};
-           });
+    const Intake intake{"PresentationPluginImpl::DataplaneNotification", words, words,
+                        "dataplanenotification"};
+    takeInCached<DataplaneNotification_e>(
+        json, intake, cachedDataplane, knownDataplaneText,
+        [&](std::string_view text) -> std::shared_ptr<const DataplaneNotification_t> {
+            const auto record = std::make_shared<DataplaneNotification_t>();
+            const auto decode = [&record](boost::json::value&& value, std::error_code& error) {
+                *record = DataplaneNotificationFromJson(std::move(value), error);
+            };
+            return readDocument(text, intake, decode) ? record : nullptr;
+        });
 }

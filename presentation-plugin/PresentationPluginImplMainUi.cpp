@@ -18,7 +18,7 @@ constexpr std::string_view dataplaneUnchanged = "No change to current Dataplane 
 
 template <class Record>
 bool areEqual(const std::shared_ptr<const Record>& first, const std::shared_ptr<const Record>& second) {
-    return first && second && *first == *second;
+    return first && second && (first == second || *first == *second);
 }
 
 /// The certificate ended in a way that only a new enrollment mends.
@@ -77,6 +77,9 @@ void PresentationPluginImpl::actionOnlyCacheStatusNotification(
         return;
     }
     cachedStatus = std::move(notification);
+    if (!cachedStatus) {
+        knownStatusText.forget();
+    }
 }
 
 void PresentationPluginImpl::actionOnlyCacheDataplaneNotification(
@@ -87,6 +90,9 @@ void PresentationPluginImpl::actionOnlyCacheDataplaneNotification(
         return;
     }
     cachedDataplane = std::move(notification);
+    if (!cachedDataplane) {
+        knownDataplaneText.forget();
+    }
 }
 
 void PresentationPluginImpl::actionOnlyUpdateUI(bool& alertsPending) {
@@ -237,9 +243,16 @@ void PresentationPluginImpl::renderTile(UiNoticeType type, const TileContent& co
         COMMON2_LOG(DBG_TRACE, "PresentationPluginImpl::updateTileStatusStrings")
             << "Tile Status updated to: " << content.status;
     }
+    const bool tellHistory = isNew && hasVisibleText(content.status);
+    if (isNew) {
+        tileStatusText = content.status;
+    }
+    if (type == UiNoticeType::Update) {
+        sendText([&](common2::TextBuffer& out) { screens.tile(out, content, tellHistory); });
+        return;
+    }
     XmlUINotice notice(type, nullptr, pluginIdentity::identity);
-    composeTile(notice, content, isNew && hasVisibleText(content.status), *eventStore);
-    tileStatusText = content.status;
+    composeTile(notice, content, tellHistory, *eventStore);
     sendNotice(notice);
 }
 
@@ -262,7 +275,8 @@ void PresentationPluginImpl::updateAdvEnrollmentInactive(bool managed) {
 }
 
 void PresentationPluginImpl::updateAdvConfigSyncActive(QuillTimePoint lastSync) {
-    sendAdvConfigSyncGroup(UiNoticeType::Update, advConfigSyncActive(formatStatTime(lastSync).c_str()));
+    const std::string text(formatStatTime(lastSync, screens.localTimes()));
+    sendAdvConfigSyncGroup(UiNoticeType::Update, advConfigSyncActive(text.c_str()));
 }
 
 void PresentationPluginImpl::updateAdvConfigSyncInactive() {
@@ -270,12 +284,20 @@ void PresentationPluginImpl::updateAdvConfigSyncInactive() {
 }
 
 void PresentationPluginImpl::sendAdvEnrollmentGroup(UiNoticeType type, const AdvEnrollmentGroup& group) {
+    if (type == UiNoticeType::Update) {
+        sendText([&](common2::TextBuffer& out) { screens.advEnrollment(out, group); });
+        return;
+    }
     XmlUINotice notice(type, nullptr, pluginIdentity::identity);
     composeAdvEnrollmentGroup(notice, group, *eventStore);
     sendNotice(notice);
 }
 
 void PresentationPluginImpl::sendAdvConfigSyncGroup(UiNoticeType type, const AdvConfigSyncGroup& group) {
+    if (type == UiNoticeType::Update) {
+        sendText([&](common2::TextBuffer& out) { screens.advConfigSync(out, group); });
+        return;
+    }
     XmlUINotice notice(type, nullptr, pluginIdentity::identity);
     composeAdvConfigSyncGroup(notice, group, *eventStore);
     sendNotice(notice);
@@ -306,12 +328,7 @@ bool PresentationPluginImpl::renderStatsUpdates(const StatusNotification_t* stat
             << "The enrollment list has more than one item. Stats will report only the "
                "first enrollment entry.";
     }
-    XmlUINotice overview(UiNoticeType::Update, nullptr, pluginIdentity::identity);
-    composeStatsOverview(overview, *status);
-    sendNotice(overview);
-
-    XmlUINotice details(UiNoticeType::Update, nullptr, pluginIdentity::identity);
-    composeStatsDetails(details, *status);
-    sendNotice(details);
+    sendText([&](common2::TextBuffer& out) { screens.statsOverview(out, *status); });
+    sendText([&](common2::TextBuffer& out) { screens.statsDetails(out, *status); });
     return true;
 }

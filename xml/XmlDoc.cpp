@@ -1,14 +1,47 @@
 #include "xml/XmlDoc.h"
 
 #include "xml/RapidXml.h"
+#include "xml/XmlText.h"
 
+#include <cstddef>
 #include <cstring>
 #include <iterator>
 
 namespace {
 
-/// Enough for the text of most notices, so that it is allocated once.
-constexpr std::size_t usualTextSize = 1536;
+/// The output iterator of the library's printer. The printer finds the functions behind it by its type and
+/// uses them in place of its own, so that names and values are copied in blocks and not character by
+/// character.
+class PrintSink {
+public:
+    using iterator_category = std::output_iterator_tag;
+    using value_type = void;
+    using difference_type = std::ptrdiff_t;
+    using pointer = void;
+    using reference = void;
+
+    explicit PrintSink(common2::TextBuffer& out)
+        : text(&out) {}
+    PrintSink& operator*() { return *this; }
+    PrintSink& operator++() { return *this; }
+    PrintSink& operator++(int) { return *this; }
+    PrintSink& operator=(char character) {
+        text->append(character);
+        return *this;
+    }
+
+    friend PrintSink copy_chars(const char* begin, const char* end, PrintSink out) {
+        out.text->append({begin, end});
+        return out;
+    }
+    friend PrintSink copy_and_expand_chars(const char* begin, const char* end, char kept, PrintSink out) {
+        appendEscaped(*out.text, {begin, end}, kept);
+        return out;
+    }
+
+private:
+    common2::TextBuffer* text;
+};
 
 } // namespace
 
@@ -45,14 +78,17 @@ XmlNode XmlDoc::firstNode(const char* name) {
 }
 
 std::string XmlDoc::serialize() const {
+    common2::TextBuffer text;
+    print(text);
+    return std::string(text.view());
+}
+
+void XmlDoc::print(common2::TextBuffer& out) const {
     const auto* element = document->first_node();
     while (element && element->type() != rapidxml::node_element) {
         element = element->next_sibling();
     }
-    std::string text;
     if (element) {
-        text.reserve(usualTextSize);
-        rapidxml::print(std::back_inserter(text), *element);
+        rapidxml::print(PrintSink(out), *element);
     }
-    return text;
 }

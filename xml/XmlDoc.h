@@ -1,6 +1,7 @@
 /// One XML document.
 #pragma once
 
+#include "common2/data/TextBuffer.h"
 #include "xml/XmlNode.h"
 
 #include <memory>
@@ -32,6 +33,8 @@ public:
     /// The text of the first document-level element: one element a line, indented by tabs. Empty for a
     /// document without elements.
     std::string serialize() const;
+    /// Appends the same text.
+    void print(common2::TextBuffer& out) const;
 
 private:
     friend class XmlNode;

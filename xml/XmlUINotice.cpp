@@ -59,7 +59,8 @@ void XmlUINotice::setTimestamp(const char* text) {
     if (text) {
         root.setAttribute(wire::timestamp, text);
     } else {
-        root.setAttribute(wire::timestamp, common2::localTimeText(std::time(nullptr), L"%c").c_str());
+        root.setAttribute(wire::timestamp,
+                          common2::localTimeText(std::time(nullptr), noticeTimeFormat).c_str());
     }
 }
 

@@ -5,6 +5,9 @@
 #include "xml/XmlDoc.h"
 #include "xml/XmlUICtrl.h"
 
+/// The form of a notice's "timestamp", as wcsftime takes it: the platform's own.
+inline constexpr const wchar_t* noticeTimeFormat = L"%c";
+
 /// A "vtguiNotice" document, built on the stack of whoever renders, sent and thrown away. Building it never
 /// fails visibly: what is null drops out.
 class XmlUINotice : public XmlDoc {

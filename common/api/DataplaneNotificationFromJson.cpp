@@ -6,12 +6,12 @@ namespace {
 namespace json = boost::json;
 using namespace json_fields;
 
-std::string textMember(const json::object& object, std::string_view key) {
+std::string textMember(const Members& object, std::string_view key) {
     return toTextBeforeNul(member(object, key));
 }
 
 DataplaneDestination_t toDestination(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     return {
         .host = textMember(object, "host"),
         // Cut without a look at what is lost: the backend's ports fit, and a port that does not is shown
@@ -22,8 +22,8 @@ DataplaneDestination_t toDestination(const json::value& value) {
     };
 }
 
-std::vector<DataplaneDestination_t> toDestinations(const json::object& alert) {
-    const json::value* destinations = alert.if_contains("destinations");
+std::vector<DataplaneDestination_t> toDestinations(const Members& alert) {
+    const json::value* destinations = alert.find("destinations");
     if (!destinations) {
         throwBadParameter();
     }
@@ -32,7 +32,7 @@ std::vector<DataplaneDestination_t> toDestinations(const json::object& alert) {
 
 /// Not in the order of the fields: of several faults the first one read is the one that is told.
 DataplaneAlert_t toAlert(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     DataplaneAlert_t alert;
     alert.code = toCounter(member(object, "code"));
     alert.timestamp = toTimePoint(member(object, "timestamp"));
@@ -50,7 +50,7 @@ DataplaneAlert_t toAlert(const json::value& value) {
 
 /// As above.
 DataplaneAuthRequest_t toAuthRequest(const json::value& value) {
-    const json::object& object = toObject(value);
+    const Members object = toObject(value);
     DataplaneAuthRequest_t request;
     request.timestamp = toTimePoint(member(object, "timestamp"));
     request.destination = toDestination(member(object, "destination"));
@@ -61,7 +61,7 @@ DataplaneAuthRequest_t toAuthRequest(const json::value& value) {
     return request;
 }
 
-bool decodeDataplane(const json::object& object, DataplaneNotification_t& notification) {
+bool decodeDataplane(const Members& object, DataplaneNotification_t& notification) {
     const json::string* version = findText(object, "version");
     if (!version) {
         return false;

@@ -15,15 +15,15 @@ bool readLiteral(const json::string& text, Enumeration& field) {
 }
 
 template <class Status>
-bool readStatus(const json::object& object, Status& status) {
+bool readStatus(const Members& object, Status& status) {
     const json::string* text = findText(object, "status");
     return text && readLiteral(*text, status);
 }
 
 /// The key must be there, but a value that is no text quietly stands for `None`.
 template <class Substatus>
-bool readSubstatus(const json::object& object, Substatus& substatus) {
-    const json::value* value = object.if_contains("substatus");
+bool readSubstatus(const Members& object, Substatus& substatus) {
+    const json::value* value = object.find("substatus");
     if (!value) {
         return false;
     }
@@ -35,13 +35,13 @@ bool readSubstatus(const json::object& object, Substatus& substatus) {
 }
 
 /// A context that is absent or no text is an empty context.
-void readContext(const json::object& object, std::string& context) {
+void readContext(const Members& object, std::string& context) {
     static_cast<void>(readText(object, "enrollment_context", context));
 }
 
 /// Enrollment and unenrollment status differ in their enumerations alone.
 template <class Notification>
-bool decodeProgress(const json::object& object, Notification& notification) {
+bool decodeProgress(const Members& object, Notification& notification) {
     if (!readText(object, "version", notification.version) || !readStatus(object, notification.status) ||
         !readSubstatus(object, notification.substatus) ||
         !readText(object, "enrollment_id", notification.enrollment_id)) {
@@ -51,7 +51,7 @@ bool decodeProgress(const json::object& object, Notification& notification) {
     return true;
 }
 
-bool decodeAuthRequest(const json::object& object, EnrollmentAuthRequest_t& request) {
+bool decodeAuthRequest(const Members& object, EnrollmentAuthRequest_t& request) {
     if (!readText(object, "version", request.version) ||
         !readText(object, "enrollment_id", request.enrollment_id) ||
         !readText(object, "start_url", request.start_url) || !readText(object, "end_url", request.end_url) ||

@@ -54,7 +54,7 @@ bool toBool(const json::value& value) {
     throw std::invalid_argument("bool required");
 }
 
-std::string toText(const json::value& value) {
+std::string_view viewOf(const json::value& value) {
     const json::string& text = toString(value);
     return {text.data(), text.size()};
 }
@@ -71,24 +71,52 @@ QuillTimePoint toSignedTimePoint(const json::value& value) {
     return ticksOf(static_cast<std::uint64_t>(toNumber<std::int64_t>(value)));
 }
 
-const json::value& member(const json::object& object, std::string_view key) {
-    if (const json::value* value = object.if_contains(key)) {
+Members::Members(const json::object& object) noexcept
+    : members(object)
+    , last(object.end()) {}
+
+const json::value* Members::find(std::string_view key) const noexcept {
+    const auto end = members.end();
+    if (last != end) {
+        const auto next = last + 1;
+        if (next != end && next->key() == key) {
+            last = next;
+            return &next->value();
+        }
+        if (last != members.begin() && (last - 1)->key() == key) {
+            --last;
+            return &last->value();
+        }
+    } else if (!members.empty() && members.begin()->key() == key) {
+        last = members.begin();
+        return &last->value();
+    }
+    const auto found = members.find(key);
+    if (found == end) {
+        return nullptr;
+    }
+    last = found;
+    return &found->value();
+}
+
+const json::value& member(const Members& object, std::string_view key) {
+    if (const json::value* value = object.find(key)) {
         return *value;
     }
     throw std::out_of_range("out of range");
 }
 
-const json::string* findText(const json::object& object, std::string_view key) noexcept {
-    const json::value* value = object.if_contains(key);
+const json::string* findText(const Members& object, std::string_view key) noexcept {
+    const json::value* value = object.find(key);
     return value ? value->if_string() : nullptr;
 }
 
-const json::array* findArray(const json::object& object, std::string_view key) noexcept {
-    const json::value* value = object.if_contains(key);
+const json::array* findArray(const Members& object, std::string_view key) noexcept {
+    const json::value* value = object.find(key);
     return value ? value->if_array() : nullptr;
 }
 
-bool readText(const json::object& object, std::string_view key, std::string& field) {
+bool readText(const Members& object, std::string_view key, std::string& field) {
     const json::string* text = findText(object, key);
     if (text) {
         field.assign(text->data(), text->size());

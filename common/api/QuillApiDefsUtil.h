@@ -22,6 +22,10 @@
 ///         status or a proxy configuration of the wrong shape, with `BadParameter`
 /// @throws std::bad_optional_access a fingerprint's status that is none of the three
 StatusNotification_t StatusNotificationFromJson(boost::json::value value, std::error_code& error);
+/// The same into a record of whatever content, whose texts and lists keep their storage. After a failure of
+/// either kind its content means nothing.
+void readStatusNotification(const boost::json::value& value, std::error_code& error,
+                            StatusNotification_t& status);
 
 /// These three throw nothing for a bad document: every fault is a soft failure.
 EnrollmentStatusNotification_t EnrollmentStatusNotificationFromJson(boost::json::value value,

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <span>
 #include <tuple>
 #include <typeinfo>
 #include <unordered_set>
@@ -51,6 +52,24 @@ struct EqualAlerts {
     bool operator()(const WrenAlert_t* left, const WrenAlert_t* right) const { return *left == *right; }
 };
 
+using Alerts = std::span<const WrenAlert_t>;
+
+/// Few enough to be looked for one by one.
+constexpr std::size_t few = 8;
+
+bool containsAll(Alerts old, Alerts wanted) {
+    return std::ranges::all_of(
+        wanted, [old](const WrenAlert_t& alert) { return std::ranges::find(old, alert) != old.end(); });
+}
+
+bool containsAllOfMany(Alerts old, Alerts wanted) {
+    std::unordered_set<const WrenAlert_t*, HashAlert, EqualAlerts> known(old.size());
+    for (const WrenAlert_t& alert : old) {
+        known.insert(&alert);
+    }
+    return std::ranges::all_of(wanted, [&known](const WrenAlert_t& alert) { return known.contains(&alert); });
+}
+
 } // namespace
 
 bool WrenAlert_t::operator==(const WrenAlert_t& other) const {
@@ -58,13 +77,15 @@ bool WrenAlert_t::operator==(const WrenAlert_t& other) const {
 }
 
 bool hasNewAlert(const WrenAlertList_t& newList, const WrenAlertList_t& oldList) {
-    if (newList.alerts == oldList.alerts) {
-        return false; // the usual case: nothing has happened
+    // Mostly little has happened: what both lists begin with and what both end with is not new.
+    const Alerts old = oldList.alerts;
+    Alerts rest = newList.alerts;
+    const auto begin = std::ranges::mismatch(rest, old);
+    Alerts oldRest = old.subspan(static_cast<std::size_t>(begin.in2 - old.begin()));
+    rest = rest.subspan(static_cast<std::size_t>(begin.in1 - rest.begin()));
+    while (!rest.empty() && !oldRest.empty() && rest.back() == oldRest.back()) {
+        rest = rest.first(rest.size() - 1);
+        oldRest = oldRest.first(oldRest.size() - 1);
     }
-    std::unordered_set<const WrenAlert_t*, HashAlert, EqualAlerts> known(oldList.alerts.size());
-    for (const WrenAlert_t& alert : oldList.alerts) {
-        known.insert(&alert);
-    }
-    return std::any_of(newList.alerts.begin(), newList.alerts.end(),
-                       [&known](const WrenAlert_t& alert) { return !known.contains(&alert); });
+    return rest.size() <= few ? !containsAll(old, rest) : !containsAllOfMany(old, rest);
 }

@@ -119,6 +119,18 @@ void addUserAlerts(const Enrollment_t& enrollment, const DataplaneNotification_t
     }
 }
 
+/// An alert that is due, before its texts are copied: what has its place in the list by priority and time is
+/// sorted while it is light.
+struct AlertPlan {
+    const WrenAlertStrings_t* row;
+    QuillTimePoint timestamp;
+    const DataplaneAlert_t* source; ///< null where the row says all
+};
+
+AlertPlan tableAlert(WrenAlertId id, QuillTimePoint timestamp) {
+    return {&WrenAlertStringTable::GetEntry(id), timestamp, nullptr};
+}
+
 /// A component of which nothing is known is not failing.
 template <class Connectivity>
 bool isFailing(Connectivity connectivity) {
@@ -126,28 +138,28 @@ bool isFailing(Connectivity connectivity) {
 }
 
 void addComponentAlerts(const StatusNotification_t& status, QuillTimePoint alertTime,
-                        std::vector<WrenAlert_t>& alerts) {
+                        std::vector<AlertPlan>& plans) {
     if (isFailing(status.interceptor_connectivity)) {
-        alerts.push_back(makeAlert(ALERT_INTERCEPTOR, alertTime));
+        plans.push_back(tableAlert(ALERT_INTERCEPTOR, alertTime));
     }
     if (isFailing(status.posture_connectivity)) {
-        alerts.push_back(makeAlert(ALERT_POSTURE, alertTime));
+        plans.push_back(tableAlert(ALERT_POSTURE, alertTime));
     }
     if (status.hw_key_store_availability == HwKeyStoreAvailability::NotSupported) {
-        alerts.push_back(makeAlert(ALERT_HW_KEY_STORE, alertTime));
+        plans.push_back(tableAlert(ALERT_HW_KEY_STORE, alertTime));
     }
 }
 
 void addServerAlerts(const Enrollment_t& enrollment, QuillTimePoint alertTime,
-                     std::vector<WrenAlert_t>& alerts) {
+                     std::vector<AlertPlan>& plans) {
     const ConfigSyncStatus_t& sync = enrollment.config_sync_status;
     const bool graceIsOver =
         sync.fail_cnt_since_last_sync_success >= configSyncGrace || sync.last_config_sync_success == 0;
     if (isFailing(sync.server_connectivity) && graceIsOver) {
-        alerts.push_back(makeAlert(ALERT_CONFIG_SYNC, alertTime));
+        plans.push_back(tableAlert(ALERT_CONFIG_SYNC, alertTime));
     }
     if (isFailing(enrollment.dataplane_status.server_connectivity)) {
-        alerts.push_back(makeAlert(ALERT_SERVER_CONNECTIVITY, alertTime));
+        plans.push_back(tableAlert(ALERT_SERVER_CONNECTIVITY, alertTime));
     }
 }
 
@@ -167,8 +179,7 @@ WrenAlertId dataplaneAlertId(DataplaneAlertCategory category) {
 /// The backend's words, or the fixed ones where it has none.
 std::string textOr(const std::string& text, const char* fixedText) { return text.empty() ? fixedText : text; }
 
-WrenAlert_t makeDataplaneAlert(const DataplaneAlert_t& source) {
-    const WrenAlertStrings_t& row = WrenAlertStringTable::GetEntry(dataplaneAlertId(source.category));
+WrenAlert_t makeDataplaneAlert(const WrenAlertStrings_t& row, const DataplaneAlert_t& source) {
     WrenAlert_t alert = {.type = row.priority,
                          .priority = row.priority,
                          .timestamp = source.timestamp,
@@ -187,19 +198,30 @@ WrenAlert_t makeDataplaneAlert(const DataplaneAlert_t& source) {
     return alert;
 }
 
-void addDataplaneAlerts(const DataplaneNotification_t& dataplane, std::vector<WrenAlert_t>& alerts) {
-    alerts.reserve(alerts.size() + dataplane.dataplane_alerts.size());
+void addDataplaneAlerts(const DataplaneNotification_t& dataplane, std::vector<AlertPlan>& plans) {
+    plans.reserve(plans.size() + dataplane.dataplane_alerts.size());
     for (const DataplaneAlert_t& source : dataplane.dataplane_alerts) {
-        alerts.push_back(makeDataplaneAlert(source));
+        plans.push_back(
+            {&WrenAlertStringTable::GetEntry(dataplaneAlertId(source.category)), source.timestamp, &source});
     }
 }
 
 /// The more urgent first; of equally urgent ones the newer.
-void sortForDisplay(std::vector<WrenAlert_t>& alerts) {
-    std::stable_sort(alerts.begin(), alerts.end(), [](const WrenAlert_t& left, const WrenAlert_t& right) {
-        return left.priority != right.priority ? left.priority < right.priority
-                                               : left.timestamp > right.timestamp;
+void sortForDisplay(std::vector<AlertPlan>& plans) {
+    std::stable_sort(plans.begin(), plans.end(), [](const AlertPlan& left, const AlertPlan& right) {
+        return left.row->priority != right.row->priority ? left.row->priority < right.row->priority
+                                                         : left.timestamp > right.timestamp;
     });
+}
+
+std::vector<WrenAlert_t> makeAlerts(const std::vector<AlertPlan>& plans) {
+    std::vector<WrenAlert_t> alerts;
+    alerts.reserve(plans.size());
+    for (const AlertPlan& plan : plans) {
+        alerts.push_back(plan.source ? makeDataplaneAlert(*plan.row, *plan.source)
+                                     : makeAlert(*plan.row, plan.timestamp));
+    }
+    return alerts;
 }
 
 void setSectionTexts(const SectionTexts& texts, WrenAlertList_t& list) {
@@ -239,15 +261,17 @@ WrenAlertList_t buildAlertList(const std::shared_ptr<const StatusNotification_t>
             return list;
         }
     }
-    addComponentAlerts(*status, alertTime, list.alerts);
+    std::vector<AlertPlan> plans;
+    addComponentAlerts(*status, alertTime, plans);
     if (first) {
-        addServerAlerts(*first, alertTime, list.alerts);
+        addServerAlerts(*first, alertTime, plans);
         if (dataplane) {
-            addDataplaneAlerts(*dataplane, list.alerts);
+            addDataplaneAlerts(*dataplane, plans);
         }
     }
+    sortForDisplay(plans);
+    list.alerts = makeAlerts(plans);
     if (list.alerts.size() > 1) {
-        sortForDisplay(list.alerts);
         addSectionTexts(*status, list);
     }
     return list;

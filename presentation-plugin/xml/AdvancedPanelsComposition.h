@@ -15,6 +15,9 @@ struct AdvEnrollmentGroup {
     bool buttonHidden = false;
     bool buttonDisabled = true;
     bool managedHidden = true;
+
+    /// Texts are compared by address.
+    bool operator==(const AdvEnrollmentGroup&) const = default;
 };
 
 /// The config sync group. An empty text leaves its control out; no text may be null.
@@ -26,6 +29,9 @@ struct AdvConfigSyncGroup {
     const char* buttonText = "";
     bool buttonHidden = false;
     bool buttonDisabled = true;
+
+    /// As above.
+    bool operator==(const AdvConfigSyncGroup&) const = default;
 };
 
 /// Fill a screen notice with a group. In a "setup" notice the button is bound and entered in `events`.

@@ -24,6 +24,9 @@ struct TileContent {
     ButtonState cancel = {};
     ButtonState details = {};
     ButtonState verify = {};
+
+    /// Texts are compared by address.
+    bool operator==(const TileContent&) const = default;
 };
 
 /// Fills a screen notice with the tile. In a "setup" notice the buttons are bound and entered in `events`.

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+
 namespace {
 
 using test::Lines;
@@ -49,6 +52,44 @@ TEST_F(Caching, EqualityLooksAtTheRecordAndNotAtTheText) {
                                            " " + textOf(test::notEnrolledStatusDocument()) + "\n"))
                   .back(),
               statusUnchanged);
+}
+
+/// All that can be seen but the copy of the document.
+Lines withoutNotices(Lines lines) {
+    std::erase_if(lines, [](const std::string& line) { return line.starts_with("notice "); });
+    return lines;
+}
+
+TEST_F(Caching, TheVerySameTextIsTreatedLikeAnEqualOne) {
+    for (const auto& [kind, document] : {std::pair("StatusNotification", test::enrolledStatusDocument()),
+                                         std::pair("DataplaneNotification", test::dataplaneDocument(2, 0))}) {
+        const std::string text = textOf(document);
+        session.deliver(kind, text);
+        const Lines same = session.deliver(kind, text);
+        const Lines equal = session.deliver(kind, text + " ");
+        EXPECT_EQ(withoutNotices(same), withoutNotices(equal));
+        EXPECT_EQ(screens(same), screens(equal));
+        EXPECT_EQ(screens(same).size(), 1u);
+        EXPECT_EQ(session.deliver(kind, text), same);
+    }
+}
+
+TEST_F(Caching, ATextThatCameBackIsAChangeAgain) {
+    const std::string first = textOf(test::enrolledStatusDocument());
+    const std::string second = textOf(test::notEnrolledStatusDocument());
+    for (const std::string& text : {first, second, first, second}) {
+        EXPECT_TRUE(mentions(screens(session.deliver("StatusNotification", text)), "tile update"));
+    }
+}
+
+TEST_F(Caching, ATextThatWasRefusedIsNotTakenForTheCachedOne) {
+    const std::string cached = textOf(test::notEnrolledStatusDocument());
+    const std::string refused = textOf(test::enrolledStatusDocument());
+    session.deliver("StatusNotification", cached);
+    session.run(R"({"do":"stop"})");
+    session.deliver("StatusNotification", refused);
+    session.run(R"({"do":"start"})");
+    EXPECT_TRUE(mentions(screens(session.deliver("StatusNotification", refused)), "tile update Good"));
 }
 
 TEST_F(Caching, TheFirstStatusCountsAsAChangeOfState) {

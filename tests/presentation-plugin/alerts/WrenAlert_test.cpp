@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <random>
 #include <string>
 
 namespace {
@@ -164,6 +165,35 @@ TEST(HasNewAlert, TellsAlertsApartByEveryField) {
     EXPECT_TRUE(isNew([](WrenAlert_t& alert) { alert.timestamp = 1; }));
     EXPECT_TRUE(isNew([](WrenAlert_t& alert) { alert.toast_message = "x"; }));
     EXPECT_TRUE(isNew([](WrenAlert_t& alert) { alert.action = nullptr; }));
+}
+
+/// The plain way: every pair.
+bool hasNewAmongAllPairs(const WrenAlertList_t& newList, const WrenAlertList_t& oldList) {
+    return std::ranges::any_of(newList.alerts, [&](const WrenAlert_t& alert) {
+        return std::ranges::find(oldList.alerts, alert) == oldList.alerts.end();
+    });
+}
+
+TEST(HasNewAlert, FindsWhatComparingEveryPairFinds) {
+    std::mt19937 random(7);
+    const auto anyList = [&random] {
+        WrenAlertList_t list;
+        const std::size_t kinds = random() % 30 + 1;
+        for (std::size_t count = random() % 40; count > 0; --count) {
+            list.alerts.push_back(alertWithAction(sharedLocalAction(std::to_string(random() % kinds))));
+        }
+        return list;
+    };
+    for (int round = 0; round < 2000; ++round) {
+        const WrenAlertList_t oldList = anyList();
+        WrenAlertList_t newList = round % 2 == 0 ? anyList() : oldList;
+        if (!newList.alerts.empty()) { // one in the same place, or moved to the end
+            std::iter_swap(newList.alerts.begin() +
+                               static_cast<std::ptrdiff_t>(random() % newList.alerts.size()),
+                           newList.alerts.end() - 1);
+        }
+        ASSERT_EQ(hasNewAlert(newList, oldList), hasNewAmongAllPairs(newList, oldList)) << round;
+    }
 }
 
 TEST(HasNewAlert, FindsTheOneNewAlertAmongTenThousandMovedOnes) {

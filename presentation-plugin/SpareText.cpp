@@ -1,0 +1,23 @@
+#include "presentation-plugin/SpareText.h"
+
+namespace {
+
+/// Storage above this is for a huge document only and is not kept.
+constexpr std::size_t mostKept = 256 * 1024;
+
+} // namespace
+
+SpareText::Loan::Loan(SpareText& lender)
+    : owner(lender)
+    , text(lender.spare.exchange(nullptr)) {
+    if (!text) {
+        text = std::make_unique<common2::TextBuffer>();
+    }
+}
+
+SpareText::Loan::~Loan() {
+    text->reset(mostKept);
+    text.reset(owner.spare.exchange(text.release()));
+}
+
+SpareText::~SpareText() { delete spare.load(); }
