@@ -1,4 +1,5 @@
 #include "tests/boundary/BoundaryPlugin.h"
+#include "tests/boundary/LifecycleModel.h"
 #include "tests/boundary/MemoryBackend.h"
 #include "tests/support/QuietLog.h"
 
@@ -14,50 +15,10 @@ namespace {
 
 using test::BoundaryHost;
 using test::BoundaryPlugin;
+using test::Call;
+using test::callNames;
 using test::Interface;
 using test::MemoryBackend;
-
-enum class Call { Create, Register, Start, Stop, Unregister, Dispose };
-constexpr std::array<const char*, 6> callNames{"create", "register",   "start",
-                                               "stop",   "unregister", "dispose"};
-
-/// What a plugin should be, and what it should answer.
-class Model {
-public:
-    std::int32_t take(Call call) {
-        switch (call) {
-        case Call::Register:
-            return go(State::Made, State::Registered);
-        case Call::Start:
-            return go(State::Registered, State::Running);
-        case Call::Stop:
-            return go(State::Running, State::Registered);
-        case Call::Unregister:
-            return go(State::Registered, State::Made);
-        case Call::Create:
-        case Call::Dispose:
-            break;
-        }
-        return 0;
-    }
-    bool isRunning() const { return state == State::Running; }
-    /// How often it should have told that it stopped.
-    std::size_t stops = 0;
-
-private:
-    enum class State { Made, Registered, Running };
-
-    std::int32_t go(State from, State to) {
-        if (state != from) {
-            return -10;
-        }
-        stops += from == State::Running ? 1 : 0;
-        state = to;
-        return 0;
-    }
-
-    State state = State::Made;
-};
 
 /// A plugin with its own host and the model of it.
 struct Subject {
@@ -83,7 +44,7 @@ struct Subject {
 
     std::unique_ptr<BoundaryHost> host = std::make_unique<BoundaryHost>();
     std::unique_ptr<BoundaryPlugin> plugin;
-    Model model;
+    test::LifecycleModel model;
 };
 
 using Order = std::vector<Call>;
