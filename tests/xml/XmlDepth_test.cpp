@@ -106,8 +106,7 @@ TEST(XmlDepth, AnEndTagMayHoldMarkupInItsName) {
 }
 
 TEST(XmlDepth, NothingBehindABrokenTagCounts) {
-    for (const char* broken :
-         {"</a>", "<>", "< a>", "<a b>", "<a b=>", "<a b=c>", "<a b='", "<!--", "<?a"}) {
+    for (const char* broken : {"</a>", "<>", "< a>", "<a b>", "<a b=>", "<a b=c>", "<a b='", "<!--", "<?a"}) {
         EXPECT_LE(depthOf(broken + nested(9)), 1u) << broken;
     }
 }
