@@ -1,17 +1,26 @@
 #include "tests/boundary/BoundaryPlugin.h"
 
 #include <string>
+#include <utility>
 
 namespace test {
 namespace {
 
 class CppPlugin final : public BoundaryPlugin {
 public:
-    explicit CppPlugin(Plugin* made)
-        : plugin(dynamic_cast<IPresentationPluginV3*>(made)) {}
+    CppPlugin() = default;
     CppPlugin(const CppPlugin&) = delete;
     CppPlugin& operator=(const CppPlugin&) = delete;
-    ~CppPlugin() override { DisposePlugin(plugin); }
+    ~CppPlugin() override {
+        if (plugin) {
+            DisposePlugin(plugin);
+        }
+    }
+
+    bool make() {
+        plugin = dynamic_cast<IPresentationPluginV3*>(CreatePlugin(presentationInterfaceName));
+        return plugin != nullptr;
+    }
 
     std::int32_t Register(BoundaryHost& host) override { return plugin->Register("", 7, &host, &host); }
     std::int32_t Start() override { return plugin->Start(); }
@@ -20,16 +29,24 @@ public:
     std::int32_t EventNotification(const char* xml) override { return plugin->EventNotification(xml); }
 
 private:
-    IPresentationPluginV3* plugin;
+    IPresentationPluginV3* plugin = nullptr;
 };
 
 class CPlugin final : public BoundaryPlugin {
 public:
-    explicit CPlugin(PresentationPluginCbasedMethods* made)
-        : record(made) {}
+    CPlugin() = default;
     CPlugin(const CPlugin&) = delete;
     CPlugin& operator=(const CPlugin&) = delete;
-    ~CPlugin() override { DisposeCbasedPlugin(record); }
+    ~CPlugin() override {
+        if (record) {
+            DisposeCbasedPlugin(record);
+        }
+    }
+
+    bool make() {
+        record = CreateCbasedPlugin(cBasedPresentationInterfaceName);
+        return record != nullptr;
+    }
 
     std::int32_t Register(BoundaryHost& host) override {
         return record->Register(record->handle, "", 7, host.callbackRecord(), host.translatorRecord());
@@ -42,7 +59,7 @@ public:
     }
 
 private:
-    PresentationPluginCbasedMethods* record;
+    PresentationPluginCbasedMethods* record = nullptr;
 };
 
 } // namespace
@@ -65,12 +82,13 @@ std::int32_t BoundaryPlugin::press(const std::string& control) {
 }
 
 std::unique_ptr<BoundaryPlugin> makePlugin(Interface interface) {
+    // The owner comes first: what the module gives out is lost at no point.
     if (interface == Interface::Cpp) {
-        Plugin* made = CreatePlugin(presentationInterfaceName);
-        return made ? std::make_unique<CppPlugin>(made) : nullptr;
+        auto plugin = std::make_unique<CppPlugin>();
+        return plugin->make() ? std::move(plugin) : nullptr;
     }
-    PresentationPluginCbasedMethods* made = CreateCbasedPlugin(cBasedPresentationInterfaceName);
-    return made ? std::make_unique<CPlugin>(made) : nullptr;
+    auto plugin = std::make_unique<CPlugin>();
+    return plugin->make() ? std::move(plugin) : nullptr;
 }
 
 } // namespace test
