@@ -15,6 +15,10 @@ if(WREN_SANITIZE)
     endif()
 endif()
 
+if(WREN_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(WREN_COVERAGE)
     add_compile_options(--coverage)
     add_link_options(--coverage)

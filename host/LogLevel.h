@@ -1,8 +1,8 @@
 /// Chooses how much the module logs.
 #pragma once
 
-#include "host/DataFolder.h"
 #include "host/PluginModule.h"
+#include "host/system/DataFolder.h"
 
 #include <filesystem>
 #include <optional>

@@ -1,6 +1,7 @@
 #include "host/Notice.h"
 
 #include "host/HostError.h"
+#include "xml/XmlDepth.h"
 
 #include <rapidxml/rapidxml.hpp>
 
@@ -50,6 +51,9 @@ const NoticeElement* NoticeElement::child(std::string_view key) const {
 
 NoticeElement parseNotice(std::string_view xml) {
     std::string text(xml); // parsed in place
+    if (nestsDeeperThan(text.c_str(), deepestXmlNesting)) {
+        throw HostError("not XML: elements nest too deep");
+    }
     rapidxml::xml_document<char> document;
     try {
         document.parse<rapidxml::parse_validate_closing_tags>(text.data());

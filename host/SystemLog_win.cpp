@@ -1,6 +1,6 @@
 #include "host/SystemLog.h"
 
-#include "host/Detour_win.h"
+#include "host/system/Detour_win.h"
 
 #include <string>
 

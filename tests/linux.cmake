@@ -1,4 +1,5 @@
-# What is tested on Linux alone: the stand-in service, the reference host and its pages, and the module's many lives.
+# What is tested on Linux alone: the stand-in service, the reference host and its pages, the module's many lives,
+# and what may fail.
 
 # wren_tests(PROGRAM): each test of the program is one of the suite's.
 function(wren_tests program)
@@ -36,6 +37,28 @@ target_compile_definitions(wren_host_tests PRIVATE
 add_dependencies(wren_host_tests wren-host wren_echo_module kes_wren_api kes_wren_presentation_plugin)
 set_target_properties(wren_host_tests PROPERTIES ENABLE_EXPORTS ON)
 wren_tests(wren_host_tests)
+
+add_subdirectory(boundary)
+
+# Every order of calls and every fault, against the module's exports and a backend in memory.
+file(GLOB boundary_sources CONFIGURE_DEPENDS boundary/*_test.cpp)
+add_executable(wren_boundary_tests ${boundary_sources})
+target_link_libraries(wren_boundary_tests PRIVATE
+    wren_flags wren_boundary wren_test_support GTest::gmock GTest::gtest_main)
+target_precompile_headers(wren_boundary_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h> <functional> <string> <vector>)
+wren_tests(wren_boundary_tests)
+
+# The same where memory runs out: a program of its own, since it brings its own allocation.
+file(GLOB allocation_sources CONFIGURE_DEPENDS allocation/*.cpp)
+add_executable(wren_allocation_tests ${allocation_sources})
+target_link_libraries(wren_allocation_tests PRIVATE
+    wren_flags wren_boundary wren_test_support GTest::gtest_main)
+wren_tests(wren_allocation_tests)
+
+# A long life; `scripts/soak` runs the whole of it.
+add_executable(wren_soak soak/Soak.cpp)
+target_link_libraries(wren_soak PRIVATE wren_flags wren_boundary)
+add_test(NAME Soak.HundredthPart COMMAND wren_soak 100 10000 30)
 
 # The pages, in a real browser, and the journeys through the host. They hold no C++, so the presets with a sanitizer
 # would learn little from them.

@@ -1,6 +1,7 @@
 #include "xml/XmlDoc.h"
 
 #include "xml/RapidXml.h"
+#include "xml/XmlDepth.h"
 #include "xml/XmlText.h"
 
 #include <cstddef>
@@ -64,6 +65,10 @@ bool XmlDoc::parse(const char* text) {
     // Copied before the old content goes: the text may be part of it.
     std::vector<char> copy(text, text + std::strlen(text) + 1);
     buffer.swap(copy);
+    if (nestsDeeperThan(buffer.data(), deepestXmlNesting)) {
+        document->clear();
+        return false;
+    }
     try {
         document->parse<rapidxml::parse_default>(buffer.data());
     } catch (const rapidxml::parse_error&) {

@@ -53,6 +53,7 @@ private:
         bool wildcard = false;
         std::string key; ///< the node's own part of the key; empty only at the root
         Children children;
+        std::shared_ptr<Node> nextDoomed; ///< while the tree goes
     };
 
     static std::size_t commonPrefix(std::string_view one, std::string_view other);
@@ -155,24 +156,22 @@ void StringTrie<Entry>::ForEach(Visitor&& visit) const {
     }
 }
 
-/// Lets the nodes go one by one, each after its own children have been taken from it.
+/// Lets the nodes go one by one, each after its own children have been taken from it. The nodes that wait for
+/// that hold one another, so that nothing is allocated.
 template <class Entry>
 void StringTrie<Entry>::release(Children& children) noexcept {
-    try {
-        std::vector<std::shared_ptr<Node>> doomed;
-        const auto take = [&doomed](Children& taken) {
-            for (auto& child : taken) {
-                doomed.push_back(std::move(child.second));
-            }
-            taken.clear();
-        };
-        take(children);
-        while (!doomed.empty()) {
-            const std::shared_ptr<Node> node = std::move(doomed.back());
-            doomed.pop_back();
-            take(node->children);
+    std::shared_ptr<Node> doomed;
+    const auto take = [&doomed](Children& taken) {
+        for (auto& child : taken) {
+            child.second->nextDoomed = std::move(doomed);
+            doomed = std::move(child.second);
         }
-    } catch (...) {
-        // Without memory for the list, the nodes that are left go one within the other.
+        taken.clear();
+    };
+    take(children);
+    while (doomed) {
+        const std::shared_ptr<Node> node = std::move(doomed);
+        doomed = std::move(node->nextDoomed);
+        take(node->children);
     }
 }

@@ -1,11 +1,16 @@
 #include "host/strict/EventId.h"
 
+#include "xml/XmlDepth.h"
+
 #include <rapidxml/rapidxml.hpp>
 
 namespace host {
 
 std::string eventIdOf(std::string_view xml) {
     std::string text(xml); // parsed in place
+    if (nestsDeeperThan(text.c_str(), deepestXmlNesting)) {
+        return {};
+    }
     rapidxml::xml_document<char> document;
     try {
         document.parse<0>(text.data());

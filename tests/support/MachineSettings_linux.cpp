@@ -1,6 +1,6 @@
 #include "tests/support/MachineSettings.h"
 
-#include "host/DataFolder.h"
+#include "host/system/DataFolder.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace test {

@@ -1,7 +1,7 @@
 #include "tests/support/SystemLogCapture.h"
 
 #include "common2/util/WideText.h"
-#include "host/Detour_win.h"
+#include "host/system/Detour_win.h"
 
 #include <mutex>
 

@@ -1,7 +1,7 @@
 #include "common/logging/QuillLogging.h"
 
 #include "common2/logging/LogCore.h"
-#include "host/DataFolder.h"
+#include "host/system/DataFolder.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/SystemLogCapture.h"
 #include "tests/support/TemporaryFolder.h"

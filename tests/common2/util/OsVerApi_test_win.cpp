@@ -1,6 +1,6 @@
 #include "common2/util/OsVerApi.h"
 
-#include "host/Detour_win.h"
+#include "host/system/Detour_win.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "common2/windows/os/RegistryKey.h"
 
-#include "host/Detour_win.h"
+#include "host/system/Detour_win.h"
 #include "tests/support/MachineSettings.h"
 
 #include <gtest/gtest.h>

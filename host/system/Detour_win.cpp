@@ -1,4 +1,4 @@
-#include "host/Detour_win.h"
+#include "host/system/Detour_win.h"
 
 #include "host/HostError.h"
 

@@ -1,6 +1,6 @@
-#include "host/DataFolder.h"
+#include "host/system/DataFolder.h"
 
-#include "host/Detour_win.h"
+#include "host/system/Detour_win.h"
 
 #include <objbase.h>
 #include <shlobj.h>

@@ -1,4 +1,4 @@
-#include "host/DataFolder.h"
+#include "host/system/DataFolder.h"
 
 #include <cstdlib>
 #include <optional>
