@@ -1,4 +1,5 @@
-# What every target is compiled with: warnings as errors, and the sanitizer or coverage of the preset.
+# What every target is compiled with: warnings as errors, the sanitizer or coverage of the preset, and in what ships the
+# system's defences.
 
 set(WREN_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 option(WREN_COVERAGE "Count executed lines" OFF)
@@ -22,6 +23,17 @@ endif()
 if(WREN_COVERAGE)
     add_compile_options(--coverage)
     add_link_options(--coverage)
+endif()
+
+# Tests hold the built files to these: tests/linux/check-built-file, tests/windows/check-built-file.
+if(CMAKE_BUILD_TYPE STREQUAL Release)
+    add_compile_options(-fstack-protector-strong)
+    if(WIN32)
+        add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--nxcompat)
+    else()
+        add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fcf-protection=full)
+        add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)
+    endif()
 endif()
 
 find_program(WREN_CCACHE ccache)

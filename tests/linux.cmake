@@ -48,17 +48,26 @@ target_link_libraries(wren_boundary_tests PRIVATE
 target_precompile_headers(wren_boundary_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h> <functional> <string> <vector>)
 wren_tests(wren_boundary_tests)
 
-# The same where memory runs out: a program of its own, since it brings its own allocation.
-file(GLOB allocation_sources CONFIGURE_DEPENDS allocation/*.cpp)
-add_executable(wren_allocation_tests ${allocation_sources})
-target_link_libraries(wren_allocation_tests PRIVATE
-    wren_flags wren_boundary wren_test_support GTest::gtest_main)
-wren_tests(wren_allocation_tests)
+# The same where memory runs out: a program of its own, since it brings its own allocation, which the thread sanitizer
+# has as well.
+if(NOT WREN_SANITIZE MATCHES "thread")
+    file(GLOB allocation_sources CONFIGURE_DEPENDS allocation/*.cpp)
+    add_executable(wren_allocation_tests ${allocation_sources})
+    target_link_libraries(wren_allocation_tests PRIVATE
+        wren_flags wren_boundary wren_test_support GTest::gtest_main)
+    wren_tests(wren_allocation_tests)
+endif()
 
 # A long life; `scripts/soak` runs the whole of it.
 add_executable(wren_soak soak/Soak.cpp)
 target_link_libraries(wren_soak PRIVATE wren_flags wren_boundary)
 add_test(NAME Soak.HundredthPart COMMAND wren_soak 100 10000 30)
+
+# What ships has the system's defences.
+if(CMAKE_BUILD_TYPE STREQUAL Release)
+    add_test(NAME built_files COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/linux/check-built-file
+        $<TARGET_FILE:kes_wren_presentation_plugin> $<TARGET_FILE:kes_wren_api> $<TARGET_FILE:wren-host>)
+endif()
 
 # The pages, in a real browser, and the journeys through the host. They hold no C++, so the presets with a sanitizer
 # would learn little from them.

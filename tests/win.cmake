@@ -20,11 +20,6 @@ foreach(library kes_wren_presentation_plugin kes_wren_api)
     add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file $<TARGET_FILE:${library}> ${list})
 endforeach()
 
-# Sessions that were recorded on Linux.
-file(GLOB sessions CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/../shared/sessions/*.jsonl)
-foreach(session IN LISTS sessions)
-    get_filename_component(name ${session} NAME_WE)
-    add_test(NAME replay.${name} COMMAND wren-host replay ${session})
-endforeach()
+wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 
 endmacro()

@@ -13,12 +13,16 @@ constexpr const char* variable = "WREN_PROGRAM_DATA";
 } // namespace
 
 struct DataFolder::Before {
+    explicit Before(const char* present) {
+        if (present != nullptr) {
+            value = present;
+        }
+    }
     std::optional<std::string> value;
 };
 
-DataFolder::DataFolder(const std::filesystem::path& folder) {
-    const char* value = std::getenv(variable);
-    before = std::make_unique<Before>(value == nullptr ? std::nullopt : std::optional<std::string>(value));
+DataFolder::DataFolder(const std::filesystem::path& folder)
+    : before(std::make_unique<Before>(std::getenv(variable))) {
     ::setenv(variable, folder.c_str(), 1);
 }
 

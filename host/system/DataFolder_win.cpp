@@ -28,6 +28,8 @@ HRESULT WINAPI tellDataFolder(REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) {
 } // namespace
 
 struct DataFolder::Before {
+    explicit Before(std::wstring chosen)
+        : folder(std::move(chosen)) {}
     std::wstring folder;
     Detour detour{L"shell32.dll", "SHGetKnownFolderPath", reinterpret_cast<void*>(&tellDataFolder)};
 };

@@ -10,7 +10,7 @@
 #include <boost/log/core/core.hpp>
 #include <gtest/gtest.h>
 
-#include <regex>
+#include <cstdio>
 
 namespace {
 
@@ -98,10 +98,12 @@ TEST_F(QuillLoggingTest, LinesGoToThePlatformsLogUnderTheSourceName) {
     COMMON2_LOG_AT(DBG_WARN, "File", 42, "Some::operation") << "the message";
     const auto lines = systemLog::lines();
     ASSERT_EQ(lines.size(), 1u);
-    const std::regex form(
-        "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{6} "
-        "some_source\\[0x[0-9a-f]+, 0x[0-9a-f]+\\] W/ File:42 Some::operation\\(\\) the message");
-    EXPECT_TRUE(std::regex_match(lines[0].text, form)) << lines[0].text;
+    char behind[100] = "";
+    EXPECT_EQ(std::sscanf(lines[0].text.c_str(),
+                          "%*4d-%*2d-%*2d %*2d:%*2d:%*2d.%*6d some_source[0x%*x, 0x%*x] %99[^\n]", behind),
+              1)
+        << lines[0].text;
+    EXPECT_STREQ(behind, "W/ File:42 Some::operation() the message");
 }
 
 TEST_F(QuillLoggingTest, EmptyNameMakesNoSink) {
