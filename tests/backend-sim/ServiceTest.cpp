@@ -217,9 +217,15 @@ std::string ServiceTest::cookie(WrenSimLogin login, const char* id) {
 
 json::value ServiceTest::state() {
     wrensim_wait_idle();
-    std::string text(wrensim_state(nullptr, 0) + 1, ' ');
-    wrensim_state(text.data(), text.size());
-    text.pop_back();
+    // Other threads of a test may change the service meanwhile: the text may be longer than it was when
+    // asked.
+    std::string text;
+    std::size_t length = wrensim_state(nullptr, 0);
+    while (length >= text.size()) {
+        text.resize(length + 1);
+        length = wrensim_state(text.data(), text.size());
+    }
+    text.resize(length);
     return json::parse(text);
 }
 
