@@ -3,6 +3,7 @@
 
 #include "host/PluginModule.h"
 #include "host/system/DataFolder.h"
+#include "host/system/PrivateFolder.h"
 
 #include <filesystem>
 #include <optional>
@@ -17,21 +18,6 @@ inline constexpr const char* logLevels[] = {"DBG_TRACE", "DBG_INFO", "DBG_WARN",
 /// @param level one of `logLevels`
 int severityOf(const std::string& level);
 
-/// A folder that nobody else may look into. It goes with the object.
-class PrivateFolder {
-public:
-    /// @throws HostError where it cannot be made
-    PrivateFolder();
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
-    ~PrivateFolder();
-
-    const std::filesystem::path& path() const noexcept { return folder; }
-
-private:
-    std::filesystem::path folder;
-};
-
 /// A private data folder for a module that is loaded while this exists: its log configuration lets pass what
 /// is at or above one level.
 class LogLevelFolder {
@@ -44,7 +30,7 @@ public:
     const std::filesystem::path& path() const noexcept { return folder.path(); }
 
 private:
-    PrivateFolder folder;
+    PrivateFolder folder{"wren-host"};
     std::optional<DataFolder> chosen;
 };
 

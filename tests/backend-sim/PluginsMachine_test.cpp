@@ -3,6 +3,7 @@
 #include "backend-sim/Fault.h"
 #include "presentation-plugin/PresentationPluginSm.h"
 #include "tests/backend-sim/Decoding.h"
+#include "tests/support/IdleSlots.h"
 #include "tests/support/LogCapture.h"
 
 #include <gmock/gmock.h>
@@ -15,42 +16,6 @@
 // with a plugin behind it that does nothing.
 
 namespace {
-
-class IdlePlugin final : public IPresentationPluginSmCallbacks {
-public:
-    bool alertListIsEmpty() const override { return true; }
-    void actionRegisterCallbacks(std::uintptr_t, IPresentationCB*, ITranslator*) override {}
-    void actionUnregisterCallbacks() override {}
-    void actionStartApi() override {}
-    void actionStopApi() override {}
-    void actionInitUI() override {}
-    void actionNotifyUIStopDone() override {}
-    void actionApiInitiateEnrollment(const InitiateEnrollment_e&) override {}
-    void actionApiInitiateReEnrollment(const InitiateReEnrollment_e&) override {}
-    void actionApiEnrollmentAuthReply(const EnrollmentAuthReply_e&) override {}
-    void actionApiCancelEnrollment(const CancelEnrollment_e&) override {}
-    void actionApiDataplaneAuthReply(const DataplaneAuthReply_e&) override {}
-    void actionApiInitiateUnenrollment(const InitiateUnenrollment_e&) override {}
-    void actionApiPerformConfigSync(const PerformConfigSync_e&) override {}
-    void actionApiTriggerPostureReports(const TriggerPostureReports_e&) override {}
-    void actionDisplayApiErrorInternal() override {}
-    void actionCacheStatusNotificationAndUpdateUI(std::shared_ptr<const StatusNotification_t>,
-                                                  bool&) override {}
-    void actionCacheDataplaneNotificationAndUpdateUI(std::shared_ptr<const DataplaneNotification_t>,
-                                                     bool&) override {}
-    void actionOnlyUpdateUI(bool&) override {}
-    void actionOnlyCacheStatusNotification(std::shared_ptr<const StatusNotification_t>) override {}
-    void actionOnlyCacheDataplaneNotification(std::shared_ptr<const DataplaneNotification_t>) override {}
-    void actionDisplayEnrollmentStatusInternal(EnrollmentInternalStatus) override {}
-    void actionDisplayEnrollmentStatus(const EnrollmentStatusNotification_t&) override {}
-    void actionDisplayEnrollmentAuthRequest(const EnrollmentAuthRequest_t&) override {}
-    void actionDisplayDataplaneAuthRequest(const DataplaneAuthRequest_t&) override {}
-    void actionDismissDataplaneAuth() override {}
-    void actionDisplayUnenrollmentStatusInternal(UnenrollmentInternalStatus) override {}
-    void actionDisplayUnenrollmentStatus(const UnenrollmentStatusNotification_t&) override {}
-    void actionDisplayAlertDialog(AlertDialogAction) override {}
-    void actionDismissAlertDialog() override {}
-};
 
 /// The stages of an enrollment between which time must pass, with the time that leads from one to the next.
 constexpr const char* slowSteps =
@@ -141,7 +106,7 @@ private:
     }
 
     test::LogCapture trace; ///< kept off the console
-    IdlePlugin plugin;
+    test::IdleSlots plugin;
     PresentationPluginMachine machine{plugin, quillSmlLogger()};
 };
 

@@ -2,6 +2,7 @@
 /// the thread that asks it to. It stands in the place of the real one, behind the same headers.
 #pragma once
 
+#include "backend-sim/Operation.h"
 #include "wren/QuillApi.h"
 
 #include <array>
@@ -13,22 +14,8 @@
 
 namespace test {
 
-/// What can be asked of the backend, in the order of its tables.
-enum class BackendCall {
-    GetQuillApiFactory,
-    CreateApi,
-    Start,
-    InitiateEnrollment,
-    InitiateReEnrollment,
-    EnrollmentAuthReply,
-    CancelEnrollment,
-    InitiateUnenrollment,
-    PerformConfigSync,
-    TriggerPostureReports,
-    DataplaneAuthReply,
-    Stop,
-};
-inline constexpr std::size_t backendCallCount = 12;
+/// What can be asked of the backend.
+using BackendCall = sim::Operation;
 
 /// The documents that it delivers, in the order of the callbacks.
 enum class Document { Status, EnrollmentStatus, EnrollmentAuthRequest, UnenrollmentStatus, Dataplane };
@@ -76,8 +63,8 @@ private:
     MemoryBackend();
     static std::size_t index(BackendCall call) { return static_cast<std::size_t>(call); }
 
-    std::array<QuillApiResult, backendCallCount> results{};
-    std::array<std::atomic<std::size_t>, backendCallCount> counts{};
+    std::array<QuillApiResult, sim::operationCount> results{};
+    std::array<std::atomic<std::size_t>, sim::operationCount> counts{};
     std::atomic<std::size_t> connections = 0; ///< alive
     bool givesNoApi = false;
     std::shared_ptr<IQuillApiFactory> currentFactory;

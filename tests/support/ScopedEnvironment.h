@@ -15,6 +15,9 @@ public:
     ~ScopedEnvironment();
 
 private:
+    /// As the system sets a variable.
+    static void put(const std::string& name, const char* value);
+
     std::string variable;
     std::optional<std::string> former;
 };

@@ -15,6 +15,16 @@ struct SystemLogLine {
 
 namespace systemLog {
 
+/// The system's own levels for traces, information, warnings, errors and what is none of them.
+struct Levels {
+    int trace;
+    int info;
+    int warning;
+    int error;
+    int other;
+};
+Levels levels();
+
 /// Forgets everything. Nothing is caught before the first call.
 void reset();
 /// The name under which somebody writes to the log, empty while nobody does.

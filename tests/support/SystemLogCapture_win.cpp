@@ -55,6 +55,8 @@ struct Detours {
 
 namespace test::systemLog {
 
+Levels levels() { return {.trace = 4, .info = 4, .warning = 2, .error = 1, .other = 4}; }
+
 void reset() {
     static const Detours detours;
     const std::lock_guard lock(captured().mutex);

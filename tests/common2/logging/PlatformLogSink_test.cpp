@@ -6,8 +6,6 @@
 #include <boost/log/core/core.hpp>
 #include <gtest/gtest.h>
 
-#include <syslog.h>
-
 namespace {
 
 class PlatformLogSinkTest : public testing::Test {
@@ -34,18 +32,27 @@ TEST_F(PlatformLogSinkTest, RegistersItsSourceWhileItExists) {
     EXPECT_EQ(test::systemLog::source(), "");
 }
 
-TEST_F(PlatformLogSinkTest, WritesTheFormattedLineWithAPriority) {
+TEST_F(PlatformLogSinkTest, WritesTheFormattedLineWithItsLevel) {
     COMMON2_LOG_AT(DBG_TRACE, "F", 1, "f") << "100% %s %n";
     COMMON2_LOG_AT(DBG_INFO, "F", 2, "f") << "i";
     COMMON2_LOG_AT(DBG_WARN, "F", 3, "f") << "w";
     COMMON2_LOG_AT(DBG_ERROR, "F", 4, "f") << "e";
     COMMON2_LOG_AT(7, "F", 5, "f") << "u";
+    const auto levels = test::systemLog::levels();
     EXPECT_EQ(test::systemLog::lines(),
-              (std::vector<test::SystemLogLine>{{LOG_DEBUG, " [, ] T/ F:1 f() 100% %s %n"},
-                                                {LOG_INFO, " [, ] I/ F:2 f() i"},
-                                                {LOG_WARNING, " [, ] W/ F:3 f() w"},
-                                                {LOG_ERR, " [, ] E/ F:4 f() e"},
-                                                {LOG_INFO, " [, ] U/ F:5 f() u"}}));
+              (std::vector<test::SystemLogLine>{{levels.trace, " [, ] T/ F:1 f() 100% %s %n"},
+                                                {levels.info, " [, ] I/ F:2 f() i"},
+                                                {levels.warning, " [, ] W/ F:3 f() w"},
+                                                {levels.error, " [, ] E/ F:4 f() e"},
+                                                {levels.other, " [, ] U/ F:5 f() u"}}));
+}
+
+TEST_F(PlatformLogSinkTest, KeepsLinesInUtf8) {
+    COMMON2_LOG_AT(DBG_INFO, "F", 1, "f") << "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x90\xA6";
+    EXPECT_EQ(test::systemLog::lines(),
+              (std::vector<test::SystemLogLine>{
+                  {test::systemLog::levels().info,
+                   " [, ] I/ F:1 f() gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x90\xA6"}}));
 }
 
 } // namespace
