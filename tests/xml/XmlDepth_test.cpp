@@ -17,9 +17,16 @@
 
 namespace {
 
-/// In bytes: what a thread of a host has at the least. The address sanitizer's frames are several times as
-/// large.
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define HAS_LARGE_FRAMES
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define HAS_LARGE_FRAMES
+#endif
+#endif
+
+/// In bytes: what a thread of a host has at the least. A sanitizer's frames are several times as large.
+#ifdef HAS_LARGE_FRAMES
 constexpr std::size_t smallStack = 8 << 20;
 #else
 constexpr std::size_t smallStack = 1 << 20;
