@@ -6,7 +6,9 @@ option(WREN_COVERAGE "Count executed lines" OFF)
 
 add_library(wren_flags INTERFACE)
 target_compile_options(wren_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    # Which mutex guards what: common2/util/ThreadSafety.h.
+    $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
 
 if(WREN_SANITIZE)
     add_compile_options(-fsanitize=${WREN_SANITIZE} -fno-omit-frame-pointer)
@@ -15,6 +17,16 @@ if(WREN_SANITIZE)
         add_compile_options(-fno-sanitize-recover=undefined)
     endif()
 endif()
+
+# wren_beside_the_module(TARGET...): what stands around the module needs no speed in a sanitizer's build, and is most of what
+# such a build compiles.
+function(wren_beside_the_module)
+    if(WREN_SANITIZE)
+        foreach(target IN LISTS ARGN)
+            target_compile_options(${target} PRIVATE -O0)
+        endforeach()
+    endif()
+endfunction()
 
 if(WREN_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)

@@ -42,7 +42,7 @@ static_assert(alphabet.size() == 64);
 
 constexpr std::uint32_t noDigit = 64;
 
-constexpr std::array<std::uint8_t, 256> digitOf = [] {
+constexpr std::array<std::uint8_t, 256> digitOf = []() {
     std::array<std::uint8_t, 256> table{};
     table.fill(noDigit);
     for (std::size_t i = 0; i < alphabet.size(); ++i) {

@@ -2,7 +2,7 @@
 
 ErrorPopupState::Shown ErrorPopupState::find(const std::string& id, const std::string& title,
                                              const std::string& message) const {
-    const std::lock_guard lock(mutex);
+    const common2::MutexLock lock(mutex);
     if (!openIds.contains(id)) {
         return Shown::No;
     }
@@ -11,7 +11,7 @@ ErrorPopupState::Shown ErrorPopupState::find(const std::string& id, const std::s
 
 void ErrorPopupState::insert(const std::string& id, const std::string& title, const std::string& message,
                              const std::function<void()>& open) {
-    const std::lock_guard lock(mutex);
+    const common2::MutexLock lock(mutex);
     open();
     openIds.insert(id);
     shownTitle = title;
@@ -19,7 +19,7 @@ void ErrorPopupState::insert(const std::string& id, const std::string& title, co
 }
 
 bool ErrorPopupState::erase(const std::string& id, const std::function<void()>& close) {
-    const std::lock_guard lock(mutex);
+    const common2::MutexLock lock(mutex);
     if (openIds.erase(id) == 0) {
         return false;
     }

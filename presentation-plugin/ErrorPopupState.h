@@ -1,8 +1,9 @@
 /// Which error popup is on screen.
 #pragma once
 
+#include "common2/util/Mutex.h"
+
 #include <functional>
-#include <mutex>
 #include <set>
 #include <string>
 
@@ -25,8 +26,8 @@ public:
     bool erase(const std::string& id, const std::function<void()>& close);
 
 private:
-    mutable std::mutex mutex;
-    std::set<std::string> openIds;
-    std::string shownTitle;
-    std::string shownMessage;
+    mutable common2::Mutex mutex;
+    std::set<std::string> openIds COMMON2_GUARDED_BY(mutex);
+    std::string shownTitle COMMON2_GUARDED_BY(mutex);
+    std::string shownMessage COMMON2_GUARDED_BY(mutex);
 };

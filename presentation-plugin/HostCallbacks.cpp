@@ -1,11 +1,11 @@
 #include "presentation-plugin/HostCallbacks.h"
 
 void HostCallbacks::set(const Snapshot& registered) {
-    const std::lock_guard lock(mutex);
+    const common2::MutexLock lock(mutex);
     current = registered;
 }
 
 HostCallbacks::Snapshot HostCallbacks::get() const {
-    const std::lock_guard lock(mutex);
+    const common2::MutexLock lock(mutex);
     return current;
 }

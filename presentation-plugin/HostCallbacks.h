@@ -1,8 +1,9 @@
 /// The host's side of the registration.
 #pragma once
 
+#include "common2/util/Mutex.h"
+
 #include <cstdint>
-#include <mutex>
 
 class IPresentationCB;
 class ITranslator;
@@ -21,6 +22,6 @@ public:
     Snapshot get() const;
 
 private:
-    mutable std::mutex mutex;
-    Snapshot current;
+    mutable common2::Mutex mutex;
+    Snapshot current COMMON2_GUARDED_BY(mutex);
 };

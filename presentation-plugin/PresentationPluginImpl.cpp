@@ -64,7 +64,7 @@ PresentationPluginImpl::PresentationPluginImpl(const std::weak_ptr<IQuillApiFact
 PresentationPluginImpl::~PresentationPluginImpl() {
     constexpr std::string_view function = "PresentationPluginImpl::~PresentationPluginImpl";
     {
-        const std::lock_guard lock(smMutex);
+        const common2::MutexLock lock(smMutex);
         logLife(DBG_TRACE, "Destroying", function);
         if (sm.is(sml::state<Started_s>)) {
             raise(Stop_e{}, function);
@@ -90,7 +90,7 @@ bool PresentationPluginImpl::SupportsInterface(const char* name, int version) {
 std::int32_t PresentationPluginImpl::Register(const char* arguments, std::uintptr_t hostHandle,
                                               IPresentationCB* presentationCB, ITranslator* translator) {
     constexpr std::string_view function = "PresentationPluginImpl::Register";
-    const std::lock_guard lock(smMutex);
+    const common2::MutexLock lock(smMutex);
     if (!arguments) {
         COMMON2_LOG(DBG_ERROR, function) << "Arguments string is NULL";
         return presentationNullArgument;
@@ -110,7 +110,7 @@ std::int32_t PresentationPluginImpl::Register(const char* arguments, std::uintpt
 
 std::int32_t PresentationPluginImpl::Start() {
     constexpr std::string_view function = "PresentationPluginImpl::Start";
-    const std::lock_guard lock(smMutex);
+    const common2::MutexLock lock(smMutex);
     logLife(DBG_INFO, "Starting", function);
     if (!raise(Start_e{}, function)) {
         return presentationFailed;
@@ -121,14 +121,14 @@ std::int32_t PresentationPluginImpl::Start() {
 
 std::int32_t PresentationPluginImpl::Stop(std::uint32_t) {
     constexpr std::string_view function = "PresentationPluginImpl::Stop";
-    const std::lock_guard lock(smMutex);
+    const common2::MutexLock lock(smMutex);
     logLife(DBG_INFO, "Stopping", function);
     return raise(Stop_e{}, function) ? presentationDone : presentationFailed;
 }
 
 std::int32_t PresentationPluginImpl::Unregister() {
     constexpr std::string_view function = "PresentationPluginImpl::Unregister";
-    const std::lock_guard lock(smMutex);
+    const common2::MutexLock lock(smMutex);
     logLife(DBG_TRACE, "Unregistering", function);
     return raise(Unregister_e{}, function) ? presentationDone : presentationFailed;
 }
@@ -200,7 +200,9 @@ bool PresentationPluginImpl::notifyVTGUI(const char* xml) {
 }
 
 bool PresentationPluginImpl::sendNotice(const XmlUINotice& notice) {
-    return sendText([&notice](common2::TextBuffer& out) { notice.print(out); });
+    const SpareText::Loan text(spareText);
+    notice.print(*text);
+    return notifyVTGUI(text->c_str());
 }
 
 bool PresentationPluginImpl::sendApiLogNotice(const char* name, const char* text) {

@@ -24,6 +24,20 @@ void logFailure(std::string_view function, std::string_view words, std::string_v
     COMMON2_LOG_AT(DBG_ERROR, common2::sourceName(__FILE__), line, function) << words << reason;
 }
 
+/// Logs the exception that is being handled: the backend's thread must not see a failure of ours.
+void logCaught(std::string_view function, std::string_view words) {
+    try {
+        throw;
+    } catch (const std::exception& failure) {
+        logFailure(function, words, failure.what());
+    } catch (...) {
+        logFailure(function, words, "unknown exception");
+    }
+}
+
+/// A missing text is an empty one.
+std::string_view textOf(const char* json) { return json ? json : ""; }
+
 } // namespace
 
 /// Parses a document and has it decoded. What is wrong with it goes to the log.
@@ -47,27 +61,15 @@ bool PresentationPluginImpl::readDocument(std::string_view json, const Intake& i
     return true;
 }
 
-/// The steps that all documents share; `take` does those between them and raises the event.
-template <class Take>
-void PresentationPluginImpl::takeIn(const char* json, const Intake& intake, Take take) {
-    const std::lock_guard lock(smMutex);
-    try {
-        take(std::string_view(json ? json : ""));
-    } catch (const std::exception& failure) {
-        // The backend's thread must not see a failure of ours.
-        logFailure(intake.function, intake.notDecoded, failure.what());
-    } catch (...) {
-        logFailure(intake.function, intake.notDecoded, "unknown exception");
-    }
-}
-
 void PresentationPluginImpl::copyToHostLog(const Intake& intake, std::string_view json) {
-    sendText([&](common2::TextBuffer& out) { screens.apiLog(out, intake.apiLogElement, json); });
+    sendPrepared(&PreparedScreens::apiLog, intake.apiLogElement, json);
 }
 
 template <class Event, class Record>
 void PresentationPluginImpl::takeInEvent(const char* json, const Intake& intake, Decoder<Record> decode) {
-    takeIn(json, intake, [&](std::string_view text) {
+    const common2::MutexLock lock(smMutex);
+    try {
+        const std::string_view text = textOf(json);
         Record record;
         const auto decodeValue = [&](boost::json::value&& value, std::error_code& error) {
             record = decode(std::move(value), error);
@@ -77,42 +79,62 @@ void PresentationPluginImpl::takeInEvent(const char* json, const Intake& intake,
             copyToHostLog(intake, text);
             raise(event, intake.function);
         }
-    });
+    } catch (...) {
+        logCaught(intake.function, intake.notDecoded);
+    }
 }
 
-template <class Event, class Record, class Read>
-void PresentationPluginImpl::takeInCached(const char* json, const Intake& intake,
-                                          const std::shared_ptr<const Record>& cached, KnownText& known,
-                                          Read read) {
-    takeIn(json, intake, [&](std::string_view text) {
-        const bool isKnown = known.isOf(cached, text);
-        const Event event{isKnown ? cached : read(text)};
+template <class Event, class Record>
+void PresentationPluginImpl::takeInCached(
+    const char* json, const Intake& intake, std::shared_ptr<const Record> PresentationPluginImpl::*cached,
+    KnownText PresentationPluginImpl::*knownText,
+    std::shared_ptr<const Record> (PresentationPluginImpl::*read)(std::string_view, const Intake&)) {
+    const common2::MutexLock lock(smMutex);
+    try {
+        const std::string_view text = textOf(json);
+        KnownText& known = this->*knownText;
+        const bool isKnown = known.isOf(this->*cached, text);
+        const Event event{isKnown ? this->*cached : (this->*read)(text, intake)};
         if (!event.notification) {
             return;
         }
         copyToHostLog(intake, text);
         raise(event, intake.function);
-        if (!isKnown && cached == event.notification) {
-            known.keep(cached, text);
+        if (!isKnown && this->*cached == event.notification) {
+            known.keep(this->*cached, text);
         }
-    });
+    } catch (...) {
+        logCaught(intake.function, intake.notDecoded);
+    }
+}
+
+std::shared_ptr<const StatusNotification_t> PresentationPluginImpl::readStatus(std::string_view json,
+                                                                               const Intake& intake) {
+    const std::shared_ptr<StatusNotification_t> record = statusRecords.take();
+    if (!KnownText::isKept(json)) {
+        statusRecords.forget();
+    }
+    const auto decode = [&record](boost::json::value&& value, std::error_code& error) {
+        readStatusNotification(value, error, *record);
+    };
+    return readDocument(json, intake, decode) ? record : nullptr;
+}
+
+std::shared_ptr<const DataplaneNotification_t> PresentationPluginImpl::readDataplane(std::string_view json,
+                                                                                     const Intake& intake) {
+    const auto record = std::make_shared<DataplaneNotification_t>();
+    const auto decode = [&record](boost::json::value&& value, std::error_code& error) {
+        *record = DataplaneNotificationFromJson(std::move(value), error);
+    };
+    return readDocument(json, intake, decode) ? record : nullptr;
 }
 
 void PresentationPluginImpl::StatusNotification(const char* json) {
     const Intake intake{"PresentationPluginImpl::StatusNotification", "Failed to parse status notification: ",
                         "Failed to parse JSON status notification: ", "statusnotification"};
-    takeInCached<StatusNotification_e>(
-        json, intake, cachedStatus, knownStatusText,
-        [&](std::string_view text) -> std::shared_ptr<const StatusNotification_t> {
-            const std::shared_ptr<StatusNotification_t> record = statusRecords.take();
-            if (!KnownText::isKept(text)) {
-                statusRecords.forget();
-            }
-            const auto decode = [&record](boost::json::value&& value, std::error_code& error) {
-                readStatusNotification(value, error, *record);
-            };
-            return readDocument(text, intake, decode) ? record : nullptr;
-        });
+    takeInCached<StatusNotification_e>(json, intake, &PresentationPluginImpl::cachedStatus,
+                                       &PresentationPluginImpl::knownStatusText,
+                                       &PresentationPluginImpl::readStatus);
 }
 
 void PresentationPluginImpl::EnrollmentStatusNotification(const char* json) {
@@ -144,13 +166,7 @@ void PresentationPluginImpl::DataplaneNotification(const char* json) {
     constexpr std::string_view words = "Failed to parse dataplane notification: ";
     const Intake intake{"PresentationPluginImpl::DataplaneNotification", words, words,
                         "dataplanenotification"};
-    takeInCached<DataplaneNotification_e>(
-        json, intake, cachedDataplane, knownDataplaneText,
-        [&](std::string_view text) -> std::shared_ptr<const DataplaneNotification_t> {
-            const auto record = std::make_shared<DataplaneNotification_t>();
-            const auto decode = [&record](boost::json::value&& value, std::error_code& error) {
-                *record = DataplaneNotificationFromJson(std::move(value), error);
-            };
-            return readDocument(text, intake, decode) ? record : nullptr;
-        });
+    takeInCached<DataplaneNotification_e>(json, intake, &PresentationPluginImpl::cachedDataplane,
+                                          &PresentationPluginImpl::knownDataplaneText,
+                                          &PresentationPluginImpl::readDataplane);
 }

@@ -59,7 +59,7 @@ std::int32_t PresentationPluginImpl::EventNotification(const char* xml) {
         closeErrorPopup();
         return presentationDone;
     }
-    const std::lock_guard lock(smMutex);
+    const common2::MutexLock lock(smMutex);
     if (routeLocked(kind, event)) {
         return presentationDone;
     }

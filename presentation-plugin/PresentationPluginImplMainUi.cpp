@@ -248,7 +248,7 @@ void PresentationPluginImpl::renderTile(UiNoticeType type, const TileContent& co
         tileStatusText = content.status;
     }
     if (type == UiNoticeType::Update) {
-        sendText([&](common2::TextBuffer& out) { screens.tile(out, content, tellHistory); });
+        sendPrepared(&PreparedScreens::tile, content, tellHistory);
         return;
     }
     XmlUINotice notice(type, nullptr, pluginIdentity::identity);
@@ -285,7 +285,7 @@ void PresentationPluginImpl::updateAdvConfigSyncInactive() {
 
 void PresentationPluginImpl::sendAdvEnrollmentGroup(UiNoticeType type, const AdvEnrollmentGroup& group) {
     if (type == UiNoticeType::Update) {
-        sendText([&](common2::TextBuffer& out) { screens.advEnrollment(out, group); });
+        sendPrepared(&PreparedScreens::advEnrollment, group);
         return;
     }
     XmlUINotice notice(type, nullptr, pluginIdentity::identity);
@@ -295,7 +295,7 @@ void PresentationPluginImpl::sendAdvEnrollmentGroup(UiNoticeType type, const Adv
 
 void PresentationPluginImpl::sendAdvConfigSyncGroup(UiNoticeType type, const AdvConfigSyncGroup& group) {
     if (type == UiNoticeType::Update) {
-        sendText([&](common2::TextBuffer& out) { screens.advConfigSync(out, group); });
+        sendPrepared(&PreparedScreens::advConfigSync, group);
         return;
     }
     XmlUINotice notice(type, nullptr, pluginIdentity::identity);
@@ -328,7 +328,7 @@ bool PresentationPluginImpl::renderStatsUpdates(const StatusNotification_t* stat
             << "The enrollment list has more than one item. Stats will report only the "
                "first enrollment entry.";
     }
-    sendText([&](common2::TextBuffer& out) { screens.statsOverview(out, *status); });
-    sendText([&](common2::TextBuffer& out) { screens.statsDetails(out, *status); });
+    sendPrepared(&PreparedScreens::statsOverview, *status);
+    sendPrepared(&PreparedScreens::statsDetails, *status);
     return true;
 }

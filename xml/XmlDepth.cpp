@@ -9,7 +9,7 @@ namespace {
 /// Sorts of characters: blank, and those that may stand in names. A NUL is of no sort.
 enum CharacterSort : unsigned char { Blank = 1, ElementName = 2, AttributeName = 4 };
 
-constexpr std::array<unsigned char, 256> characterSorts = [] {
+constexpr std::array<unsigned char, 256> characterSorts = []() {
     std::array<unsigned char, 256> sorts{};
     const auto isOneOf = [](std::size_t code, std::string_view characters) {
         return characters.find(static_cast<char>(code)) != std::string_view::npos;

@@ -35,7 +35,7 @@ constexpr std::size_t longestReference = 6;
 constexpr std::size_t slack = 16; ///< what the block copies may write beyond the text
 
 /// Characters that a plain value does not hold: the five, and the NUL at which it would end.
-constexpr auto notPlain = [] {
+constexpr auto notPlain = []() {
     std::array<bool, 256> table{};
     for (std::size_t code = 0; code < table.size(); ++code) {
         table[code] = code == 0 || references[code].size != 0;

@@ -2,12 +2,12 @@
 
 #include "Plugins/PresentationPluginCommon/PresentationPluginLog.h"
 #include "Plugins/PresentationPluginCommon/PresentationPluginShim.h"
+#include "common2/util/Mutex.h"
 
 #include <cstddef>
 #include <exception>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -15,8 +15,9 @@
 namespace {
 
 /// The names of the interfaces that the living records were made for, by address: what this module gave out.
-std::map<const PresentationPluginCbasedMethods*, std::string> cBasedPlugins;
-std::mutex cBasedPluginsMutex;
+common2::Mutex cBasedPluginsMutex;
+std::map<const PresentationPluginCbasedMethods*, std::string>
+    cBasedPlugins COMMON2_GUARDED_BY(cBasedPluginsMutex);
 
 // C hosts are built apart from the module and find the fields by their places.
 using Record = PresentationPluginCbasedMethods;
@@ -64,14 +65,14 @@ Record recordOf(CPresentationPluginShim& shim) {
 }
 
 void remember(const Record& record) {
-    const std::lock_guard lock(cBasedPluginsMutex);
+    const common2::MutexLock lock(cBasedPluginsMutex);
     cBasedPlugins.try_emplace(&record, cBasedPresentationInterfaceName);
 }
 
 /// Takes a record off the list.
 /// @return the name of its interface, if it was there
 std::optional<std::string> takeName(const Record* record) {
-    const std::lock_guard lock(cBasedPluginsMutex);
+    const common2::MutexLock lock(cBasedPluginsMutex);
     auto entry = cBasedPlugins.extract(record);
     return entry ? std::optional(std::move(entry.mapped())) : std::nullopt;
 }

@@ -59,7 +59,7 @@ void applyConfig(const std::filesystem::path& path) {
 
 } // namespace
 
-QuillBaseLogging::QuillBaseLogging(std::string sourceName) noexcept {
+QuillBaseLogging::QuillBaseLogging(const std::string& sourceName) noexcept {
     attempt([this] { addClockAndIds(); });
     attempt([&] { addFilterAndSource(sourceName); });
     attempt([&] { addSink(sourceName); });

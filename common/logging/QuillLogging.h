@@ -16,7 +16,7 @@ public:
     /// Sets up attributes, a filter that starts at DBG_INFO, the sink and the administrator's rules.
     /// @param sourceName value of "Source", and the name under which the platform's log shows the lines; with
     ///                   an empty name there is no sink
-    explicit QuillBaseLogging(std::string sourceName) noexcept;
+    explicit QuillBaseLogging(const std::string& sourceName) noexcept;
     QuillBaseLogging(const QuillBaseLogging&) = delete;
     QuillBaseLogging& operator=(const QuillBaseLogging&) = delete;
     ~QuillBaseLogging();

@@ -12,15 +12,17 @@ Detour::Detour(const wchar_t* library, const char* function, void* replacement)
     : target(reinterpret_cast<unsigned char*>(
           reinterpret_cast<void*>(::GetProcAddress(::LoadLibraryW(library), function))))
     , before{} {
+    const std::string failure = std::string("cannot stand in for the system's ") + function;
+    if (target == nullptr) {
+        throw HostError(failure);
+    }
+    std::memcpy(before.data(), target, before.size());
     Code jump{0xE9};
     const auto distance = static_cast<unsigned char*>(replacement) - (target + jump.size());
     static_assert(sizeof distance == 4, "a jump of this form reaches all of a 32-bit process");
     std::memcpy(jump.data() + 1, &distance, sizeof distance);
-    if (target != nullptr) {
-        std::memcpy(before.data(), target, before.size());
-    }
-    if (target == nullptr || !write(jump)) {
-        throw HostError(std::string("cannot stand in for the system's ") + function);
+    if (!write(jump)) {
+        throw HostError(failure);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "presentation-plugin/xml/CEventStore.h"
 
 #include <array>
-#include <mutex>
 
 namespace {
 
@@ -40,7 +39,7 @@ void CEventStore::Add(const char* controlId, EventStoreId id, const char* dialog
     if (!controlId) {
         return;
     }
-    const std::unique_lock lock(mutex);
+    const common2::MutexLock lock(mutex);
     ControlEvents& events = dialogId ? dialogEvents[dialogId] : controlEvents;
     events.insert_or_assign(controlId, id);
 }
@@ -53,7 +52,7 @@ void CEventStore::Remove(const char* dialogId) {
     if (!dialogId) {
         return;
     }
-    const std::unique_lock lock(mutex);
+    const common2::MutexLock lock(mutex);
     if (const auto found = dialogEvents.find(std::string_view(dialogId)); found != dialogEvents.end()) {
         dialogEvents.erase(found);
     }
@@ -64,7 +63,7 @@ EventStoreId CEventStore::Lookup(const char* controlId) const {
         return EventStoreId::EVENT_INVALID;
     }
     const std::string_view wanted(controlId);
-    const std::shared_lock lock(mutex);
+    const common2::ReaderLock lock(mutex);
     if (const auto found = controlEvents.find(wanted); found != controlEvents.end()) {
         return found->second;
     }

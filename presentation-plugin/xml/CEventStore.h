@@ -1,9 +1,10 @@
 /// What the controls on screen stand for.
 #pragma once
 
+#include "common2/util/Mutex.h"
+
 #include <cstdint>
 #include <map>
-#include <shared_mutex>
 #include <string>
 #include <string_view>
 
@@ -56,7 +57,7 @@ public:
 private:
     using ControlEvents = std::map<std::string, EventStoreId, std::less<>>;
 
-    mutable std::shared_mutex mutex; ///< guards what follows; held within an operation only
-    ControlEvents controlEvents;
-    std::map<std::string, ControlEvents, std::less<>> dialogEvents;
+    mutable common2::SharedMutex mutex; ///< held within an operation only
+    ControlEvents controlEvents COMMON2_GUARDED_BY(mutex);
+    std::map<std::string, ControlEvents, std::less<>> dialogEvents COMMON2_GUARDED_BY(mutex);
 };
