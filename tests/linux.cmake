@@ -3,7 +3,7 @@
 
 # wren_tests(PROGRAM): each test of the program is one of the suite's.
 function(wren_tests program)
-    gtest_discover_tests(${program})
+    gtest_discover_tests(${program} DISCOVERY_TIMEOUT 120) # a busy machine starts slowly
 endfunction()
 
 macro(wren_system_tests)
