@@ -58,4 +58,12 @@ struct ServeOptions {
 /// Runs the module and shows its screen to browsers on this machine, until the program is interrupted.
 void serveScreen(const ServeOptions& options);
 
+enum class MachineNotation { Dot, Mermaid, Table };
+struct MachineOptions {
+    MachineNotation notation = MachineNotation::Table;
+    std::string region; ///< one of `machineRegions()`; empty: the whole machine
+};
+/// Prints the plugin's machine as the transition tables that this program was built with have it.
+void drawMachine(const MachineOptions& options);
+
 } // namespace host

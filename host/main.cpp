@@ -3,6 +3,7 @@
 #include "host/LogLevel.h"
 #include "host/PluginModule.h"
 #include "host/StandardStreams.h"
+#include "presentation-plugin/machine-description/MachineDrawing.h"
 
 #include <CLI/CLI.hpp>
 
@@ -114,6 +115,26 @@ struct CommandLine {
         informs.add_flag("--json", info.asJson, "As JSON");
         addInterface(informs, info.way, interfaceHelp);
         informs.callback([this] { host::showInfo(info); });
+
+        addMachine();
+    }
+
+    void addMachine() {
+        CLI::App& draws = *app.add_subcommand(
+            "machine", "Print the plugin's machine: states, regions, events, guards and actions");
+        CLI::Option_group& notations = *draws.add_option_group("notation");
+        notations.require_option(1);
+        const auto addNotation = [&](const char* name, host::MachineNotation chosen, const char* help) {
+            notations.add_flag_callback(
+                name, [this, chosen] { machine.notation = chosen; }, help);
+        };
+        addNotation("--dot", host::MachineNotation::Dot, "For Graphviz");
+        addNotation("--mermaid", host::MachineNotation::Mermaid, "For Mermaid, a state diagram");
+        addNotation("--table", host::MachineNotation::Table, "As tables in Markdown");
+        draws.add_option("--region", machine.region, "This region alone; the whole machine unless told")
+            ->type_name("REGION")
+            ->check(CLI::IsMember(machineRegions()));
+        draws.callback([this] { host::drawMachine(machine); });
     }
 
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
@@ -123,6 +144,7 @@ struct CommandLine {
     host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp, {}, false};
     host::ServeOptions serve{host::defaultModulePath(), "DBG_TRACE", {}, 0, false, 0};
     host::InfoOptions info{host::defaultModulePath(), false, host::PluginInterface::Cpp};
+    host::MachineOptions machine;
 };
 
 } // namespace
