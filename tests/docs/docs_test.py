@@ -2,7 +2,7 @@
 log lines are the source's."""
 
 import json
-import pathlib
+import os
 import re
 import subprocess
 import tempfile
@@ -105,9 +105,15 @@ class Commands(unittest.TestCase):
 
     def test_scripts_exist(self):
         for page, span in self.spans():
-            for script in re.findall(r"(?<![\w/.])(?:scripts/[\w/-]+|\./(?:run|test))(?![\w/])", span):
+            for script in re.findall(r"(?<![\w/.$])(?:scripts/[\w/-]+|\./[\w-]+)(?![\w/.])", span):
                 with self.subTest(page=page, span=span):
-                    self.assertTrue((TOP / script).exists(), script)
+                    self.assertTrue(os.access(TOP / script, os.X_OK), script)
+
+    def test_the_two_commands_parse(self):
+        for script in ("run", "test"):
+            with self.subTest(script=script):
+                self.assertIn(f"\n    ./{script} ", (TOP / "README.md").read_text(encoding="utf-8"))
+                subprocess.run(["bash", "-n", TOP / script], check=True)
 
     def test_presets_exist(self):
         presets = {preset["name"] for preset in json.loads((TOP / "CMakePresets.json").read_text())["configurePresets"]}
