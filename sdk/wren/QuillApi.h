@@ -9,7 +9,9 @@
 #include <cstdint>
 #include <memory>
 
-/// Results of the library's operations. Anything but `Success` fails the operation, whatever the reason.
+/// Results of the library's operations.
+///
+/// Anything but `Success` fails the operation, whatever the reason.
 enum class QuillApiResult : std::uint32_t {
     Success = 0,                ///< it is done
     BadParameter = 1,           ///< an argument or a document is not as it must be
