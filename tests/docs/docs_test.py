@@ -103,6 +103,11 @@ class Commands(unittest.TestCase):
                 for option in re.findall(r"(?<!\S)--[a-z-]+", rest):
                     self.assertRegex(text, rf"(?m){option}\b")
 
+    def test_every_command_of_the_program_is_told(self):
+        told = {found[1] for _, span in self.spans() if (found := re.match(r"(?:wren-host|\./run) ([a-z]+)\b", span))}
+        commands = run(["--help"]).split("Subcommands:\n")[1]
+        self.assertEqual(sorted(told), sorted(re.findall(r"(?m)^  ([a-z]+) ", commands)))
+
     def test_scripts_exist(self):
         for page, span in self.spans():
             for script in re.findall(r"(?<![\w/.$])(?:scripts/[\w/-]+|\./[\w-]+)(?![\w/.])", span):
