@@ -35,6 +35,14 @@ struct InfoOptions {
 /// Tells what a module is and offers.
 void showInfo(const InfoOptions& options);
 
+enum class MachineNotation { Dot, Mermaid, Table };
+struct MachineOptions {
+    MachineNotation notation = MachineNotation::Table;
+    std::string region; ///< one of `machineRegions()`; empty: the whole machine
+};
+/// Prints the plugin's machine as the transition tables that this program was built with have it.
+void drawMachine(const MachineOptions& options);
+
 struct WatchOptions {
     std::filesystem::path module;
     std::string logLevel;           ///< one of `logLevels`, or empty to leave the log out

@@ -3,6 +3,7 @@
 #include "host/LogLevel.h"
 #include "host/PluginModule.h"
 #include "host/StandardStreams.h"
+#include "presentation-plugin/machine-description/MachineDrawing.h"
 
 #include <CLI/CLI.hpp>
 
@@ -57,6 +58,24 @@ constexpr const char* scriptInterfaceHelp =
     "their lines hold; the names in \"create\" lines get the C interface's \"c_\" or lose it, so that a "
     "session runs unchanged either way. Each line decides unless told";
 
+void addMachine(CLI::App& app, host::MachineOptions& machine) {
+    CLI::App& draws = *app.add_subcommand(
+        "machine", "Print the plugin's machine: states, regions, events, guards and actions");
+    CLI::Option_group& notations = *draws.add_option_group("notation");
+    notations.require_option(1);
+    const auto addNotation = [&](const char* name, host::MachineNotation chosen, const char* help) {
+        notations.add_flag_callback(
+            name, [&machine, chosen] { machine.notation = chosen; }, help);
+    };
+    addNotation("--dot", host::MachineNotation::Dot, "For Graphviz");
+    addNotation("--mermaid", host::MachineNotation::Mermaid, "For Mermaid, a state diagram");
+    addNotation("--table", host::MachineNotation::Table, "As tables in Markdown");
+    draws.add_option("--region", machine.region, "This region alone; the whole machine unless told")
+        ->type_name("REGION")
+        ->check(CLI::IsMember(machineRegions()));
+    draws.callback([&machine] { host::drawMachine(machine); });
+}
+
 /// The options of all commands and the command that was chosen.
 struct CommandLine {
     CommandLine() {
@@ -109,6 +128,8 @@ struct CommandLine {
             ->check(CLI::Range(0, 5000));
         serves.callback([this] { host::serveScreen(serve); });
 
+        addMachine(app, machine);
+
         CLI::App& informs = *app.add_subcommand("info", "Tell what a module is and offers");
         addModule(informs, "MODULE", info.module);
         informs.add_flag("--json", info.asJson, "As JSON");
@@ -119,6 +140,7 @@ struct CommandLine {
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
     host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}, false};
     host::ScriptOptions replay = script;
+    host::MachineOptions machine;
     bool isAsExpected = true;
     host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp, {}, false};
     host::ServeOptions serve{host::defaultModulePath(), "DBG_TRACE", {}, 0, false, 0};

@@ -78,6 +78,21 @@ if(NOT WREN_SANITIZE)
         "WREN_SCREENSHOTS=${CMAKE_BINARY_DIR}/screenshots;WREN_HOST_PROGRAM=$<TARGET_FILE:wren-host>")
 endif()
 
+# The documentation: what it shows is what the programs print, and the headers are documented. The sanitizers' builds
+# print the same.
+if(NOT WREN_SANITIZE)
+    find_package(Python3 REQUIRED COMPONENTS Interpreter)
+    add_test(NAME docs COMMAND ${Python3_EXECUTABLE} -B -m unittest discover --start-directory
+        ${CMAKE_CURRENT_SOURCE_DIR}/docs --pattern *_test.py)
+    set_tests_properties(docs PROPERTIES TIMEOUT 300 ENVIRONMENT "WREN_HOST_PROGRAM=$<TARGET_FILE:wren-host>")
+
+    add_executable(wren_docs_host ${CMAKE_SOURCE_DIR}/docs/examples/host.c)
+    set_target_properties(wren_docs_host PROPERTIES C_STANDARD 11 C_STANDARD_REQUIRED ON C_EXTENSIONS OFF)
+    target_link_libraries(wren_docs_host PRIVATE wren_flags wren_sdk ${CMAKE_DL_LIBS})
+    add_dependencies(wren_docs_host kes_wren_presentation_plugin)
+    add_test(NAME docs.host COMMAND wren_docs_host $<TARGET_FILE:kes_wren_presentation_plugin>)
+endif()
+
 # The module's lives in a process that keeps nothing of it, in a child of its own: what goes wrong at its end counts.
 add_executable(wren_load_loop module/load-loop/LoadLoop.cpp)
 target_link_libraries(wren_load_loop PRIVATE wren_flags wren_host_parts)

@@ -1,6 +1,5 @@
 #include "presentation-plugin/machine-description/MachineDescription.h"
 
-#include "common/state_machine/SmlDescription.h"
 #include "presentation-plugin/PresentationPluginSm.h"
 
 #include <boost/json/serialize.hpp>
@@ -8,6 +7,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace {
 
@@ -52,27 +52,36 @@ std::string arrayText(const Pieces& pieces, const std::string& indent, ToText to
     return text + "\n" + indent + "]";
 }
 
-std::string regionText(const Region& region, const std::string& machine) {
+std::string regionText(const DescribedRegion& region) {
     const std::string indent = "          ";
-    return "{\n" + indent + "\"name\": " + quoted(regionName(region, machine)) + ",\n" + indent +
-           "\"initial\": " + quoted(region.initial) + ",\n" + indent +
-           "\"states\": " + arrayText(region.states, indent, quoted) + ",\n" + indent +
-           "\"rows\": " + arrayText(region.rows, indent, rowText) + "\n        }";
+    return "{\n" + indent + "\"name\": " + quoted(region.name) + ",\n" + indent +
+           "\"initial\": " + quoted(region.table.initial) + ",\n" + indent +
+           "\"states\": " + arrayText(region.table.states, indent, quoted) + ",\n" + indent +
+           "\"rows\": " + arrayText(region.table.rows, indent, rowText) + "\n        }";
+}
+
+std::string machineText(const DescribedMachine& machine) {
+    const std::string indent = "      ";
+    return "{\n" + indent + "\"name\": " + quoted(machine.name) + ",\n" + indent +
+           "\"regions\": " + arrayText(machine.regions, indent, regionText) + "\n    }";
 }
 
 template <class Definition>
-std::string machineText() {
-    const std::string name = smlDescription::Words<Definition>::text();
-    const std::string indent = "      ";
-    return "    {\n" + indent + "\"name\": " + quoted(name) + ",\n" + indent + "\"regions\": " +
-           arrayText(smlDescription::describe<Definition>(), indent,
-                     [&](const Region& region) { return regionText(region, name); }) +
-           "\n    }";
+DescribedMachine describedMachine() {
+    DescribedMachine machine{smlDescription::Words<Definition>::text(), {}};
+    for (Region& region : smlDescription::describe<Definition>()) {
+        std::string name = regionName(region, machine.name);
+        machine.regions.push_back({std::move(name), std::move(region)});
+    }
+    return machine;
 }
 
 } // namespace
 
+std::vector<DescribedMachine> describedMachines() {
+    return {describedMachine<PresentationPlugin_s>(), describedMachine<Started_s>()};
+}
+
 std::string machineDescription() {
-    return "{\n  \"machines\": [\n" + machineText<PresentationPlugin_s>() + ",\n" + machineText<Started_s>() +
-           "\n  ]\n}\n";
+    return "{\n  \"machines\": " + arrayText(describedMachines(), "  ", machineText) + "\n}\n";
 }

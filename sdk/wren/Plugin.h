@@ -1,3 +1,4 @@
+/// @file
 /// The module's front door: what it exports by name, and the class that every plugin object derives from.
 ///
 /// A host loads the module, asks `GetAvailableInterfaces`, makes an object with `CreatePlugin`, asks it by
@@ -19,15 +20,20 @@ inline constexpr const char* cBasedPresentationInterfaceName = WREN_CBASED_PRESE
 /// that a host built apart from the module sees the same class.
 class WREN_MODULE_API Plugin {
 public:
+    /// There is nothing to set up.
     Plugin();
+    /// Makes another plugin that has nothing of the first.
     Plugin(const Plugin& other);
     /// Copies nothing: a plugin has no state at this level.
     Plugin& operator=(const Plugin& other);
 
     /// Tells whether the object can be used as the named interface in that version. Any thread.
     /// @param name NUL-terminated, may be null (false)
+    /// @param version 1, 2 or 3; anything else is false
+    /// @return whether it can
     virtual bool SupportsInterface(const char* name, int version) = 0;
 
+    /// Called by `DisposePlugin` alone: a host never deletes a plugin.
     virtual ~Plugin();
 };
 

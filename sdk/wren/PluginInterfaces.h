@@ -1,4 +1,5 @@
-/** What a module offers, in a form that C hosts and C++ hosts read alike. */
+/** @file
+ * What a module offers, in a form that C hosts and C++ hosts read alike. */
 #ifndef WREN_PLUGIN_INTERFACES_H
 #define WREN_PLUGIN_INTERFACES_H
 
@@ -27,7 +28,7 @@ typedef struct PluginInterfaceEntry {
  * the module is unloaded. */
 typedef struct PluginInterfaceList {
     const PluginInterfaceEntry* entries; /**< `count` entries */
-    int32_t count;
+    int32_t count;                       /**< how many there are */
 } PluginInterfaceList;
 
 /** The interfaces of this module. Any thread, at any time, always the same answer. */

@@ -1,3 +1,4 @@
+/// @file
 /// The interfaces between a host and a presentation plugin: what the host calls, and what it supplies.
 ///
 /// The order of virtual operations is fixed in every class here. Texts are NUL-terminated UTF-8. Where an
@@ -25,21 +26,27 @@ public:
     virtual std::int32_t Notify(std::uintptr_t hostHandle, const char* xml) = 0;
 
     /// Tells that a running plugin has stopped. Arrives on the thread that called `Stop`, before it returns.
+    /// @param hostHandle the word given to `Register`
     /// @return ignored
     virtual std::int32_t StopDone(std::uintptr_t hostHandle) = 0;
 
+    /// The object is the host's: the plugin never deletes it.
     virtual ~IPresentationCB() = default;
 };
 
 /// The host's text translator. This plugin insists on getting one and never calls it.
 class ITranslator {
 public:
+    /// The first translation, of three words.
+    /// @return a `PresentationPluginResult`
     virtual std::int32_t TranslatorOperation1(std::uintptr_t first, std::uintptr_t second,
                                               std::uintptr_t third) = 0;
+    /// The second translation, likewise.
     virtual std::int32_t TranslatorOperation2(std::uintptr_t first, std::uintptr_t second,
                                               std::uintptr_t third) = 0;
 
 protected:
+    /// The object is the host's: the plugin never deletes it.
     ~ITranslator() = default;
 };
 
@@ -72,14 +79,18 @@ public:
     /// @return `presentationDone` or `presentationFailed`
     virtual std::int32_t Unregister() = 0;
 
+    /// Whether the plugin shows anything.
     /// @return true
     virtual bool IsUIEnabled() = 0;
 
-    /// Text getters: the text with its NUL needs n bytes. With a buffer and `*size >= n` the text is copied
-    /// and 0 returned, `*size` unchanged. Otherwise `*size` becomes n and `presentationBufferTooSmall` is
-    /// returned, so that a null buffer asks for the size. A null `size` gives `presentationFailed`.
+    /// Copies the plugin's identity. All three getters work alike: the text with its NUL needs n bytes. With
+    /// a buffer and `*size >= n` the text is copied and 0 returned, `*size` unchanged. Otherwise `*size`
+    /// becomes n and `presentationBufferTooSmall` is returned, so that a null buffer asks for the size. A
+    /// null `size` gives `presentationFailed`.
     virtual std::int32_t GetIdentity(char* buffer, std::uint32_t* size) = 0;
+    /// Copies the name that users know the plugin by, likewise.
     virtual std::int32_t GetLabel(char* buffer, std::uint32_t* size) = 0;
+    /// Copies the version that users are shown, likewise.
     virtual std::int32_t GetDisplayVersion(char* buffer, std::uint32_t* size) = 0;
 
     /// Not offered: touches no argument and returns `presentationEncryptUnavailable`.
@@ -101,6 +112,7 @@ public:
 /// Version 2.
 class IPresentationPluginV2 : public IPresentationPlugin {
 public:
+    /// Whether several users may be logged in.
     /// @return true
     virtual bool IsMultiUserModeEnabled() = 0;
 };
@@ -108,9 +120,11 @@ public:
 /// Version 3: the whole table.
 class IPresentationPluginV3 : public IPresentationPluginV2 {
 public:
+    /// Not offered: touches no argument.
     /// @return `presentationNotProvided`
     virtual std::int32_t GetPendingApprovalData(std::uintptr_t first, std::uintptr_t second) = 0;
 
+    /// Not offered: touches no argument.
     /// @return `presentationNotProvided`
     virtual std::int32_t ApprovalEventNotification(std::uintptr_t first) = 0;
 };

@@ -1,4 +1,5 @@
-/** A presentation plugin for hosts that are not written in C++: a record of functions instead of a class, and
+/** @file
+ * A presentation plugin for hosts that are not written in C++: a record of functions instead of a class, and
  * records of functions instead of the host's interfaces. Behind them works the same plugin object.
  *
  * A host loads the module, makes a record with `CreateCbasedPlugin`, asks its `SupportsInterface` for version

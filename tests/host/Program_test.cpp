@@ -247,6 +247,10 @@ TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
         {"watch", "--module", test::echoModule, "--interface", "c"},
         {"watch", "--interface"},
         {"script", session("{\"do\":\"interfaces\"}"), "--interface", "C"},
+        {"machine"},
+        {"machine", "--dot", "--table"},
+        {"machine", "--region", "main"},
+        {"machine", "--table", "--region", "Main"},
     };
     for (const auto& commandLine : commandLines) {
         const Outcome outcome = run(commandLine);
@@ -293,6 +297,16 @@ TEST_F(ProgramTest, HelpIsNoError) {
     const Outcome outcome = run({"--help"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.out, HasSubstr("script"));
+}
+
+TEST_F(ProgramTest, MachineIsDrawnInTheNotationThatIsAskedFor) {
+    const Outcome dot = run({"machine", "--dot"});
+    EXPECT_EQ(dot.exitCode, 0);
+    EXPECT_THAT(dot.out, StartsWith("digraph PresentationPlugin {\n"));
+    EXPECT_THAT(run({"machine", "--mermaid"}).out, StartsWith("stateDiagram-v2\n"));
+    const Outcome table = run({"machine", "--table", "--region", "alert"});
+    EXPECT_THAT(table.out, StartsWith("### Started_s, region alert\n"));
+    EXPECT_THAT(table.out, testing::Not(HasSubstr("Unregistered_s")));
 }
 
 TEST_F(ProgramTest, InfoTellsWhatTheModuleIs) {
