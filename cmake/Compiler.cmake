@@ -33,7 +33,7 @@ if(WREN_FUZZ)
 endif()
 
 if(WREN_COVERAGE)
-    add_compile_options(--coverage)
+    add_compile_options(--coverage -fprofile-update=atomic) # threads count, too
     add_link_options(--coverage)
 endif()
 

@@ -205,8 +205,6 @@ bool PresentationPluginImpl::sendNotice(const XmlUINotice& notice) {
     return notifyVTGUI(text->c_str());
 }
 
-bool PresentationPluginImpl::sendApiLogNotice(const char* name, const char* text) {
-    XmlUINotice notice(UiNoticeType::ApiLog, "apilog", pluginIdentity::identity);
-    notice.addNode(name).setValue(text);
-    return sendNotice(notice);
+void PresentationPluginImpl::sendApiLogNotice(std::string_view element, std::string_view text) {
+    sendPrepared(&PreparedScreens::apiLog, element, text);
 }

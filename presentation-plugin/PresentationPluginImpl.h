@@ -136,11 +136,12 @@ private:
     bool notifyVTGUI(const char* xml);
     bool notifyVTGUI(const std::string& xml) { return notifyVTGUI(xml.c_str()); }
     bool sendNotice(const XmlUINotice& notice);
-    bool sendApiLogNotice(const char* name, const char* text);
     /// Sends the prepared screen that `write` writes of what it is told.
     template <class... Told>
     void sendPrepared(void (PreparedScreens::*write)(common2::TextBuffer&, Told...),
                       std::type_identity_t<Told>... told) WHILE_LOCKED;
+    /// Copies a text to the host's log, as an element of that name.
+    void sendApiLogNotice(std::string_view element, std::string_view text) WHILE_LOCKED;
 
     /// Raises an event under `smMutex`, which the caller holds, and warns in the name of `function` where the
     /// machine does not take it.
@@ -168,7 +169,6 @@ private:
     struct Intake;
     template <class Decode>
     bool readDocument(std::string_view json, const Intake& intake, Decode decode) WHILE_LOCKED;
-    void copyToHostLog(const Intake& intake, std::string_view json) WHILE_LOCKED;
     template <class Record>
     using Decoder = Record (*)(boost::json::value, std::error_code&);
     /// A document whose record goes with its event.

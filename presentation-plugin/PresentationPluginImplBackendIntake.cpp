@@ -61,10 +61,6 @@ bool PresentationPluginImpl::readDocument(std::string_view json, const Intake& i
     return true;
 }
 
-void PresentationPluginImpl::copyToHostLog(const Intake& intake, std::string_view json) {
-    sendPrepared(&PreparedScreens::apiLog, intake.apiLogElement, json);
-}
-
 template <class Event, class Record>
 void PresentationPluginImpl::takeInEvent(const char* json, const Intake& intake, Decoder<Record> decode) {
     const common2::MutexLock lock(smMutex);
@@ -76,7 +72,7 @@ void PresentationPluginImpl::takeInEvent(const char* json, const Intake& intake,
         };
         if (readDocument(text, intake, decodeValue)) {
             const Event event{std::move(record)};
-            copyToHostLog(intake, text);
+            sendApiLogNotice(intake.apiLogElement, text);
             raise(event, intake.function);
         }
     } catch (...) {
@@ -98,7 +94,7 @@ void PresentationPluginImpl::takeInCached(
         if (!event.notification) {
             return;
         }
-        copyToHostLog(intake, text);
+        sendApiLogNotice(intake.apiLogElement, text);
         raise(event, intake.function);
         if (!isKnown && this->*cached == event.notification) {
             known.keep(this->*cached, text);

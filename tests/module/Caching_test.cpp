@@ -92,6 +92,18 @@ TEST_F(Caching, ATextThatWasRefusedIsNotTakenForTheCachedOne) {
     EXPECT_TRUE(mentions(screens(session.deliver("StatusNotification", refused)), "tile update Good"));
 }
 
+TEST_F(Caching, AStatusThatIsTooLongToBeKeptIsHeldAgainstTheCachedOneAllTheSame) {
+    const auto longStatus = [](const char* version) {
+        return test::with(
+            test::with(test::enrolledStatusDocument(), "/version", boost::json::string(version)), "/padding",
+            boost::json::string(std::string(300'000, 'x')));
+    };
+    EXPECT_TRUE(mentions(screens(status(longStatus("1"))), "tile update Good"));
+    EXPECT_EQ(withoutTrace(status(longStatus("1"))).back(), statusUnchanged);
+    EXPECT_TRUE(mentions(screens(status(longStatus("2"))), "tile update Good"));
+    EXPECT_EQ(withoutTrace(status(longStatus("2"))).back(), statusUnchanged);
+}
+
 TEST_F(Caching, TheFirstStatusCountsAsAChangeOfState) {
     EXPECT_TRUE(mentions(screens(status(test::notEnrolledStatusDocument())), "toast"));
 }

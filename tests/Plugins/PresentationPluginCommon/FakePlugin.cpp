@@ -20,6 +20,9 @@ void note(const std::string& call) {
     if (fakeModule.throws) {
         throw std::runtime_error("the plugin threw");
     }
+    if (fakeModule.throwsANumber) {
+        throw 1;
+    }
 }
 
 template <class... Arguments>

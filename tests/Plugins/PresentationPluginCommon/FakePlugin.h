@@ -16,6 +16,7 @@ struct FakeModule {
     std::int32_t result = 0;    ///< of the operations that answer a number
     bool answer = true;         ///< of the operations that answer a bool
     bool throws = false;        ///< every operation does
+    bool throwsANumber = false; ///< likewise, what is no exception class
     bool disposeResult = true;  ///< of `DisposePlugin`
     bool stopsAtTheEnd = false; ///< the plugin calls `StopDone` from its destructor
 

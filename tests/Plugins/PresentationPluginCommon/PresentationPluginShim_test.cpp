@@ -154,6 +154,11 @@ TEST_F(Shim, ExceptionOfThePluginEndsInALogLineAndARefusal) {
     expectAllRefuse(*record, record->handle, log, "the plugin threw");
 }
 
+TEST_F(Shim, WhateverElseThePluginThrowsEndsLikewise) {
+    fakeModule.throwsANumber = true;
+    expectAllRefuse(*record, record->handle, log, "unknown exception");
+}
+
 TEST_F(Shim, NullHandleIsRefusedBeforeTheReason) {
     EXPECT_EQ(record->Stop(nullptr, 2), -10);
     EXPECT_THAT(log.messages(), ElementsAre("NULL shim handle"));

@@ -125,4 +125,15 @@ TEST_F(AdvancedPanels, UpdatesBindNothing) {
     EXPECT_EQ(events.Lookup("quill_config_sync_btn_OnPress"), EventStoreId::EVENT_INVALID);
 }
 
+TEST_F(AdvancedPanels, AnEmptyTextLeavesItsControlOut) {
+    EXPECT_EQ(composed(UiNoticeType::Setup, AdvEnrollmentGroup{}),
+              composed(UiNoticeType::Setup, AdvConfigSyncGroup{}));
+    EXPECT_EQ(events.Lookup("quill_adv_unenroll_btn_OnPress"), EventStoreId::EVENT_INVALID);
+    EXPECT_EQ(events.Lookup("quill_config_sync_btn_OnPress"), EventStoreId::EVENT_INVALID);
+    EXPECT_EQ(composed(UiNoticeType::Update, AdvConfigSyncGroup{.lastSync = "never"}),
+              std::string(updateRoot) + "\t<label id=\"quill_config_sync_last_sync_label\" value=\"never\" "
+                                        "tooltip=\"never\" color=\"black\" hidden=\"false\" "
+                                        "disabled=\"false\"/>\n</vtguiNotice>\n");
+}
+
 } // namespace
