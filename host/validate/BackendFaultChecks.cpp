@@ -23,7 +23,7 @@ void expectFailedStart(Trial& trial) {
     expectEqual("Start", failed.result, -10);
     const Lines seen = failed.changed();
     expectEqual(
-        "notices behind the first screen", Lines(seen.begin() + 3, seen.end()),
+        "notices behind the first screen", linesFrom(seen, 3, seen.size()),
         {std::string(errorTile), "adv-enrollment update disabled", "adv-sync update disabled \"None\""});
     expectEqual("ends of a stop", static_cast<std::int64_t>(failed.stopsDone()), 0);
     expectEqual("Stop", trial.stop().result, -10);

@@ -37,7 +37,7 @@ void copiesEveryKind(Trial& trial) {
     for (const Kind& kind : kinds) {
         const Lines seen = trial.deliver(kind.document, json::serialize(kind.make())).screens();
         expect(!seen.empty(), joined({"nothing is told of ", kind.element}));
-        expectEqual("the first notice", seen.at(0), joined({"apilog ", kind.element}));
+        expectEqual("the first notice", lineAt(seen, 0), joined({"apilog ", kind.element}));
     }
 }
 

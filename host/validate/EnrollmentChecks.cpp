@@ -97,7 +97,7 @@ void keepsStatusesForTheEnd(Trial& trial) {
     enrollUntil(trial, Stage::Registering);
     expectEqual("notices of a status", trial.status(enrolledDocument()).shown(), {});
     expectEqual("notices of a dataplane document", trial.dataplane(dataplaneDocument(1, 0)).shown(), {});
-    expectEqual("the tile at the end", trial.enrollment("complete", "success").changed().at(4),
+    expectEqual("the tile at the end", lineAt(trial.enrollment("complete", "success").changed(), 4),
                 "tile update Attention \"Tile 1\" \"Access blocked\" [Details]");
 }
 
@@ -144,7 +144,7 @@ void tellsWhyItFails(Trial& trial) {
     for (const Failure& failure : failures) {
         enrollUntil(trial, Stage::Registering);
         const Lines seen = trial.enrollment("complete", failure.substatus).changed();
-        expectEqual(joined({"notices of ", failure.substatus}), Lines(seen.begin(), seen.begin() + 5),
+        expectEqual(joined({"notices of ", failure.substatus}), linesFrom(seen, 0, 5),
                     {"tile update Attention \"Enrolling...\" \"Enrollment error\" []",
                      "popup wren_client_error_dialog",
                      joined({"history ", failure.title, " ", failure.message}), std::string(closeBrowser),
@@ -156,7 +156,7 @@ void endsQuietlyWithoutARow(Trial& trial) {
     for (const char* substatus : {"", "invalid_choice_id", "invalid_enrollment_id"}) {
         enrollUntil(trial, Stage::Registering);
         expectEqual(joined({"the first notice of \"", substatus, "\""}),
-                    trial.enrollment("complete", substatus).changed().at(0), finalTile);
+                    lineAt(trial.enrollment("complete", substatus).changed(), 0), finalTile);
     }
 }
 
@@ -164,7 +164,8 @@ void fails(Trial& trial) {
     for (const Stage stage : {Stage::Requested, Stage::Started, Stage::LoggingIn}) {
         enrollUntil(trial, stage);
         const Lines seen = trial.enrollment("error", "server_certificate_error").changed();
-        expectEqual("the tile", seen.at(0), "tile update Attention \"Enrolling...\" \"Enrollment error\" []");
+        expectEqual("the tile", lineAt(seen, 0),
+                    "tile update Attention \"Enrolling...\" \"Enrollment error\" []");
         expectContains("notices", seen,
                        "history Internal Error An internal error occurred. Contact your IT help desk.");
     }
@@ -174,7 +175,7 @@ void onlyCompletesWhileRegistering(Trial& trial) {
     enrollUntil(trial, Stage::Registering);
     expectEqual("notices of an error", trial.enrollment("error", "internal_error").shown(), {});
     expectEqual("notices of a start", trial.enrollment("started").shown(), {});
-    expectEqual("the tile at the end", trial.enrollment("complete", "cancelled").changed().at(0),
+    expectEqual("the tile at the end", lineAt(trial.enrollment("complete", "cancelled").changed(), 0),
                 "tile update Transition \"Enrollment cancelled.\" \"Enrollment cancelled\" []");
 }
 
@@ -190,13 +191,13 @@ void isCancelled(Trial& trial) {
         const Step cancelled = trial.press("quill_tile_cancel_action_btn");
         expectEqual("requests", cancelled.requests(),
                     {R"(CancelEnrollment {"version":"1","enrollment_id":"enrollment-1"})"});
-        expectEqual("the tile", cancelled.changed().at(0),
+        expectEqual("the tile", lineAt(cancelled.changed(), 0),
                     "tile update Transition \"Cancelling enrollment process. Please wait...\" \"Cancelling "
                     "enrollment\" [Cancel-]");
         const Lines ended = trial.enrollment("complete", "cancelled").changed();
-        expectEqual("the tile at the end", ended.at(0),
+        expectEqual("the tile at the end", lineAt(ended, 0),
                     "tile update Transition \"Enrollment cancelled.\" \"Enrollment cancelled\" []");
-        expectEqual("the tile behind the end", ended.at(ended.size() - 3), finalTile);
+        expectEqual("the tile behind the end", lineAt(ended, ended.size() - 3), finalTile);
     }
 }
 
@@ -211,10 +212,11 @@ void isAborted(Trial& trial) {
     for (const Stage stage : {Stage::Requested, Stage::Started, Stage::LoggingIn, Stage::Registering}) {
         enrollUntil(trial, stage);
         const Lines seen = trial.status(errorDocument("no_service")).changed();
-        expectEqual("the tile", seen.at(0),
+        expectEqual("the tile", lineAt(seen, 0),
                     "tile update Error \"Wren Gate service requires user approval.\" \"Wren Gate service "
                     "error\" [Details]");
-        expect(stage < Stage::LoggingIn || seen.back() == closeBrowser, "the browser stays open");
+        expect(stage < Stage::LoggingIn || lineAt(seen, seen.size() - 1) == closeBrowser,
+               "the browser stays open");
         trial.status(notEnrolledDocument());
         expectEqual("requests of the next enrollment",
                     static_cast<std::int64_t>(trial.press("quill_tile_enroll_action_btn").requests().size()),

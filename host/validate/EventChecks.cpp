@@ -99,7 +99,7 @@ void knowsItsControls(Trial& trial) {
         expectEqual(joined({"the result of ", control}), step.result, 0);
         expectEqual("what the host's log hears", loggedEvent(step),
                     {joined({control, "_OnPress"}), std::string(kind)});
-        expectEqual("the first notice", step.screens().at(0), "apilog eventnotification");
+        expectEqual("the first notice", lineAt(step.screens(), 0), "apilog eventnotification");
     }
 }
 
@@ -136,7 +136,7 @@ void keepsItsControls(Trial& trial) {
     trial.status(enrolledDocument());
     const Step late = trial.press("quill_toast_enroll_action_btn");
     expectEqual("the result of a toast that is gone", late.result, 0);
-    expectEqual("its kind", loggedEvent(late).at(1), "ENROLL_TOAST_ACTION");
+    expectEqual("its kind", lineAt(loggedEvent(late), 1), "ENROLL_TOAST_ACTION");
 }
 
 void forgetsDialogs(Trial& trial) {
@@ -148,7 +148,7 @@ void forgetsDialogs(Trial& trial) {
     expectEqual("the result of closing", trial.event(close).result, 0);
     const Step late = trial.event(close);
     expectEqual("the result of closing again", late.result, -10);
-    expectEqual("its kind", loggedEvent(late).at(1), "EVENT_INVALID");
+    expectEqual("its kind", lineAt(loggedEvent(late), 1), "EVENT_INVALID");
 }
 
 constexpr std::string_view loginControl = "quill_enrollment_browser_web_control";

@@ -7,15 +7,23 @@ namespace {
 
 std::string quoted(std::string_view text) { return joined({"\"", text, "\""}); }
 
-std::string lineAt(const Lines& lines, std::size_t index) {
-    return index < lines.size() ? lines[index] : std::string("missing");
-}
-
 [[noreturn]] void differ(std::string_view what, std::string_view seen, std::string_view wanted) {
     throw CheckFailure(joined({what, ": ", seen, ", not ", wanted}));
 }
 
 } // namespace
+
+std::string lineAt(const Lines& lines, std::size_t index) {
+    return index < lines.size() ? lines[index] : std::string("missing");
+}
+
+Lines linesFrom(const Lines& lines, std::size_t index, std::size_t count) {
+    Lines part;
+    for (; index < lines.size() && count > 0; ++index, --count) {
+        part.push_back(lines[index]);
+    }
+    return part;
+}
 
 std::string joined(std::initializer_list<std::string_view> words) {
     std::string text;

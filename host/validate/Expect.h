@@ -31,6 +31,11 @@ void expectEqual(std::string_view what, const Lines& seen, const Lines& wanted);
 /// @throws CheckFailure where none of the lines is the wanted one
 void expectContains(std::string_view what, const Lines& seen, std::string_view wanted);
 
+/// A line by its index, or "missing".
+std::string lineAt(const Lines& lines, std::size_t index);
+/// As many lines from an index on as there are, `count` at most.
+Lines linesFrom(const Lines& lines, std::size_t index, std::size_t count);
+
 /// Words in a row, without a separator.
 std::string joined(std::initializer_list<std::string_view> words);
 

@@ -90,7 +90,7 @@ void startsAgain(Trial& trial) {
     const Step again = trial.start();
     expectEqual("Start", again.result, 0);
     expectEqual("requests", again.requests(), {"CreateApi", "Start"});
-    expectEqual("the tile", again.screens().at(0),
+    expectEqual("the tile", lineAt(again.screens(), 0),
                 "tile setup Transition \"Initializing. Please wait...\" \"Initializing. Please wait...\" []");
 }
 

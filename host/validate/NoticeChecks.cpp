@@ -23,7 +23,9 @@ Lines violationsIn(Trial& trial, Rule rule) {
         }
     });
     const auto callbacks = strict.makeCallbacks([](std::uintptr_t, const char*) {}, [](std::uintptr_t) {});
-    auto plugin = strict.watched(makePlugin(trial.module(), trial.way()));
+    auto made = makePlugin(trial.module(), trial.way());
+    expect(made != nullptr, "the module makes no object");
+    const auto plugin = strict.watched(std::move(made));
     plugin->Register("", Trial::usualHandle, callbacks.get(), &trial.translator());
     tellStory(*plugin, trial.backend());
     plugin->dispose();

@@ -68,7 +68,7 @@ void toastsNothingEmpty(Trial& trial) {
     trial.begin();
     // An interceptor's trouble is told on the tile and has no text for a toast.
     const Step step = trial.status(with(enrolledDocument(), "/interceptor_connectivity", "disconnected"));
-    expectEqual("the tile", step.changed().at(0),
+    expectEqual("the tile", lineAt(step.changed(), 0),
                 "tile update Attention \"Cannot communicate with the network interceptor component.\" "
                 "\"Network interceptor error\" [Details]");
     expectEqual("toasts", toastsIn(step), {});

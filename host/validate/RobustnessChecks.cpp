@@ -188,7 +188,7 @@ void standsLongLists(Trial& trial) {
     constexpr std::size_t count = 2000;
     trial.begin();
     trial.status(enrolledDocument());
-    expectEqual("the tile of many alerts", trial.dataplane(dataplaneDocument(count, 0)).changed().at(0),
+    expectEqual("the tile of many alerts", lineAt(trial.dataplane(dataplaneDocument(count, 0)).changed(), 0),
                 "tile update Attention \"Some issues may be affecting secure resource access. Please review "
                 "the provided details.\" \"Alerts available\" [Details]");
     expectEqual("notices of the details", trial.press("quill_tile_details_action_btn").shown(),
@@ -203,12 +203,13 @@ void standsLongTexts(Trial& trial) {
     const std::string text(1'000'000, 'x');
     trial.begin();
     trial.status(enrolledDocument());
-    expectEqual(
-        "the tile",
-        trial.dataplane(with(dataplaneDocument(1, 0), "/dataplane_alerts/0/tile_message", json::string(text)))
-                .changed()
-                .at(0) == joined({"tile update Attention \"", text, "\" \"Access blocked\" [Details]"}),
-        true);
+    expectEqual("the tile",
+                lineAt(trial
+                           .dataplane(with(dataplaneDocument(1, 0), "/dataplane_alerts/0/tile_message",
+                                           json::string(text)))
+                           .changed(),
+                       0) == joined({"tile update Attention \"", text, "\" \"Access blocked\" [Details]"}),
+                true);
     expectEqual("the result of an unknown id of a megabyte",
                 trial.event(joined({"<vtguiEvent id=\"", text, "\"/>"})).result, -10);
 }
@@ -218,7 +219,8 @@ void cutsTextsAtNul(Trial& trial) {
     trial.status(enrolledDocument());
     const Step step = trial.dataplane(
         with(dataplaneDocument(1, 0), "/dataplane_alerts/0/tile_message", json::string("a\0b", 3)));
-    expectEqual("the tile", step.changed().at(0), "tile update Attention \"a\" \"Access blocked\" [Details]");
+    expectEqual("the tile", lineAt(step.changed(), 0),
+                "tile update Attention \"a\" \"Access blocked\" [Details]");
 }
 
 void answersInsideACallback(Trial& trial) {
@@ -232,7 +234,7 @@ void answersInsideACallback(Trial& trial) {
             ++calls;
             isRight = isRight && plugin.GetLabel(nullptr, &size) == -3 && plugin.IsUIEnabled() &&
                       plugin.SupportsInterface(presentationInterfaceName, 3) &&
-                      plugin.Encrypt(0, 0, 0, 0) == -1;
+                      plugin.IsMultiUserModeEnabled();
         },
         [](std::uintptr_t) {});
     plugin.Register("", 7, &nosy, &trial.translator());

@@ -80,9 +80,10 @@ void tellsTheOverview(Trial& trial) {
 
 void tellsTheState(Trial& trial) {
     trial.begin();
-    expectEqual("the title", overviewOf(trial.status(errorDocument("x"))).at(0), "[Wren Gate (Error)]");
+    expectEqual("the title", lineAt(overviewOf(trial.status(errorDocument("x"))), 0), "[Wren Gate (Error)]");
     expectEqual("the title of an empty state",
-                overviewOf(trial.status(with(notEnrolledDocument(), "/state", ""))).at(0), "[Wren Gate]");
+                lineAt(overviewOf(trial.status(with(notEnrolledDocument(), "/state", ""))), 0),
+                "[Wren Gate]");
 }
 
 void tellsTheDetails(Trial& trial) {
@@ -220,7 +221,7 @@ void tellsProxies(Trial& trial) {
                              {"label":"d","status":"inactive_user_pause"},
                              {"label":"e","status":"inactive_reenrollment"},
                              {"label":"f","status":"Active"},{"label":"a","status":"active"}])"))));
-    const Lines proxies(rows.begin() + 31, rows.begin() + 39);
+    const Lines proxies = linesFrom(rows, 31, 8);
     expectEqual("the proxies' rows", proxies,
                 {"[Proxy Configurations:]", "a Active", "b Paused by TND", "c Paused by Captive Portal",
                  "d Paused by user", "e Paused during re-enrollment", "f Unknown", "a Active"});
@@ -250,6 +251,7 @@ void saysWhetherRowsAreUpdated(Trial& trial) {
     const auto flagOf = [&](std::string_view line, std::string_view id) {
         const NoticeElement notice = step.notice(line);
         const NoticeElement* list = findById(notice, id);
+        expect(list != nullptr, joined({"no list ", id}));
         return joined({list->attribute("updaterows"), " ", list->attribute("num_columns")});
     };
     expectEqual("the overview's attributes", flagOf("stats-overview update", overviewId), "true 2");
