@@ -114,7 +114,10 @@ struct CommandLine {
         informs.add_flag("--json", info.asJson, "As JSON");
         addInterface(informs, info.way, interfaceHelp);
         informs.callback([this] { host::showInfo(info); });
+        addValidate();
+    }
 
+    void addValidate() {
         CLI::App& validates = *app.add_subcommand(
             "validate", "Hold a module against the rules between host and module; exit code 1 tells that "
                         "some check did not pass");

@@ -54,12 +54,6 @@ Verdict verdictOf(const ChildEnd& end, std::chrono::milliseconds limit) {
                : Verdict{Outcome::Crashed, joined({"ended early with code ", std::to_string(end.exitCode)})};
 }
 
-Verdict runChildFor(const Subject& subject, std::string_view check) {
-    return verdictOf(runChild(childArguments(subject, check), subject.limit), subject.limit);
-}
-
-} // namespace
-
 std::vector<std::string> childArguments(const Subject& subject, std::string_view check) {
     return {"validate",
             subject.module.string(),
@@ -67,11 +61,17 @@ std::vector<std::string> childArguments(const Subject& subject, std::string_view
             subject.way == PluginInterface::C ? "c" : "cpp",
             "--seed",
             std::to_string(subject.seed),
-            joined({"--in-this-process=", check.empty() ? "load" : check})};
+            joined({"--in-this-process=", check})};
 }
 
+Verdict runChildFor(const Subject& subject, std::string_view check) {
+    return verdictOf(runChild(childArguments(subject, check), subject.limit), subject.limit);
+}
+
+} // namespace
+
 Verdict runInThisProcess(const Subject& subject, std::string_view name) {
-    const Check* check = name == "load" ? nullptr : checkNamed(name, subject.way);
+    const Check* check = name == loadOnly ? nullptr : checkNamed(name, subject.way);
     setTimeZone("UTC"); // what is shown in local time is then the same everywhere
     try {
         Trial trial(subject.module, subject.way, seedOf(subject, name));
@@ -85,7 +85,7 @@ Verdict runInThisProcess(const Subject& subject, std::string_view name) {
 }
 
 void requireCheckable(const Subject& subject) {
-    const Verdict verdict = runChildFor(subject, "");
+    const Verdict verdict = runChildFor(subject, loadOnly);
     if (verdict.outcome == Outcome::Failed) {
         throw HostError(verdict.reason);
     }
@@ -100,8 +100,8 @@ void runInChildren(const Subject& subject, const std::vector<const Check*>& chec
                    const std::function<void(const Check&, const Verdict&)>& tell) {
     std::vector<std::promise<Verdict>> verdicts(checks.size());
     std::atomic<std::size_t> next = 0;
-    const auto work = [&] {
-        for (std::size_t index = next++; index < checks.size(); index = next++) {
+    const auto work = [&](const std::stop_token& stop) {
+        for (std::size_t index = next++; index < checks.size() && !stop.stop_requested(); index = next++) {
             try {
                 verdicts[index].set_value(runChildFor(subject, checks[index]->name));
             } catch (...) {
@@ -110,7 +110,7 @@ void runInChildren(const Subject& subject, const std::vector<const Check*>& chec
         }
     };
     const std::size_t count = std::max(1U, std::thread::hardware_concurrency());
-    std::vector<std::jthread> workers;
+    std::vector<std::jthread> workers; // last: they use the others, and stop early where an output fails
     for (std::size_t index = 0; index < std::min(count, checks.size()); ++index) {
         workers.emplace_back(work);
     }

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <string>
+#include <string_view>
 #include <vector>
 
 namespace host::validate {
@@ -21,12 +21,12 @@ struct Subject {
     std::chrono::milliseconds limit{20'000}; ///< for each check
 };
 
-/// The arguments behind the program's name with which it runs one check in this process; an empty name stands
-/// for loading the module and nothing else.
-std::vector<std::string> childArguments(const Subject& subject, std::string_view check);
+/// Stands for a check that loads the module and nothing else.
+inline constexpr std::string_view loadOnly = "load";
 
-/// Runs one check, or with an empty name none, in this process. The module is loaded before and unloaded
-/// after, so that trouble with either counts.
+/// Runs one check in this process, which the children do. The module is loaded before and unloaded after, so
+/// that trouble with either counts.
+/// @param check its name, or `loadOnly`
 /// @throws HostError for a name that no check has
 Verdict runInThisProcess(const Subject& subject, std::string_view check);
 
