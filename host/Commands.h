@@ -66,4 +66,18 @@ struct ServeOptions {
 /// Runs the module and shows its screen to browsers on this machine, until the program is interrupted.
 void serveScreen(const ServeOptions& options);
 
+struct ValidateOptions {
+    std::filesystem::path module;
+    PluginInterface way = PluginInterface::Cpp;
+    std::string include = {};               ///< what the names of the checks contain; empty: all
+    std::optional<std::uint32_t> seed = {}; ///< for random orders; none: another one each time
+    std::uint32_t limitSeconds = 20;        ///< for each check
+    bool asJson = false;
+    bool lists = false;         ///< the checks, instead of running them
+    std::string onlyCheck = {}; ///< runs this one in this process, as the children do; "load": none
+};
+/// Holds a module against the checks, each in a process of its own, and prints what comes of them.
+/// @return whether all passed
+bool validateModule(const ValidateOptions& options);
+
 } // namespace host

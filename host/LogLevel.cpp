@@ -16,20 +16,28 @@ int severityOf(const std::string& level) {
                             std::begin(logLevels));
 }
 
-LogLevelFolder::LogLevelFolder(const std::string& level) {
+LogSettingsFolder::LogSettingsFolder(const std::string& settings) {
     const fs::path data = folder.path() / "Norvane" / "Norvane Kestrel Suite" / "WREN";
     std::error_code error;
     fs::create_directories(data, error);
     std::ofstream file(data / "logconfig.json", std::ios::binary);
-    file << "{\"global\":\"" << level << "\"}\n" << std::flush;
+    file << settings << std::flush;
     if (error || !file) {
         throw HostError("cannot write the log level into " + data.string());
     }
     chosen.emplace(folder.path());
 }
 
+LogLevelFolder::LogLevelFolder(const std::string& level)
+    : LogSettingsFolder(std::string("{\"global\":\"").append(level).append("\"}\n")) {}
+
 PluginModule loadModule(const fs::path& file, const std::string& level) {
     const LogLevelFolder folder(level);
+    return PluginModule(file);
+}
+
+PluginModule loadModuleWithSettings(const fs::path& file, const std::string& settings) {
+    const LogSettingsFolder folder(settings);
     return PluginModule(file);
 }
 

@@ -18,14 +18,13 @@ inline constexpr const char* logLevels[] = {"DBG_TRACE", "DBG_INFO", "DBG_WARN",
 /// @param level one of `logLevels`
 int severityOf(const std::string& level);
 
-/// A private data folder for a module that is loaded while this exists: its log configuration lets pass what
-/// is at or above one level.
-class LogLevelFolder {
+/// A private data folder for a module that is loaded while this exists, with a log configuration.
+class LogSettingsFolder {
 public:
     /// Makes the folder and tells the modules of it: no other thread may run yet.
-    /// @param level one of `logLevels`
+    /// @param settings the text of the configuration's file
     /// @throws HostError where the folder cannot be made
-    explicit LogLevelFolder(const std::string& level);
+    explicit LogSettingsFolder(const std::string& settings);
 
     const std::filesystem::path& path() const noexcept { return folder.path(); }
 
@@ -34,9 +33,20 @@ private:
     std::optional<DataFolder> chosen;
 };
 
+/// The same where the configuration lets pass what is at or above one level.
+class LogLevelFolder : public LogSettingsFolder {
+public:
+    /// @param level one of `logLevels`
+    /// @throws HostError where the folder cannot be made
+    explicit LogLevelFolder(const std::string& level);
+};
+
 /// Loads a module that logs from `level` on. It reads its configuration while it is loaded: the folder that
 /// holds it is gone when this returns.
 /// @throws HostError where the folder cannot be made or the module not be loaded
 PluginModule loadModule(const std::filesystem::path& file, const std::string& level);
+
+/// The same with a log configuration of any text.
+PluginModule loadModuleWithSettings(const std::filesystem::path& file, const std::string& settings);
 
 } // namespace host

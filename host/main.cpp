@@ -135,6 +135,28 @@ struct CommandLine {
         informs.add_flag("--json", info.asJson, "As JSON");
         addInterface(informs, info.way, interfaceHelp);
         informs.callback([this] { host::showInfo(info); });
+        addValidate();
+    }
+
+    void addValidate() {
+        CLI::App& validates = *app.add_subcommand(
+            "validate", "Hold a module against the rules between host and module; exit code 1 tells that "
+                        "some check did not pass");
+        addModule(validates, "MODULE", validate.module);
+        addInterface(validates, validate.way, interfaceHelp);
+        validates.add_option("--include", validate.include, "Only checks whose name contains NAME")
+            ->type_name("NAME");
+        validates
+            .add_option("--seed", validate.seed,
+                        "Of the checks with random orders; another each time unless told")
+            ->type_name("N");
+        validates.add_option("--limit", validate.limitSeconds, "Seconds for each check, 20 unless told")
+            ->type_name("S")
+            ->check(CLI::Range(1U, 3600U));
+        validates.add_flag("--list", validate.lists, "Print the checks and what they ask for, and run none");
+        validates.add_flag("--json", validate.asJson, "One JSON object a line");
+        validates.add_option("--in-this-process", validate.onlyCheck)->group(""); // hidden: for the children
+        validates.callback([this] { isAsExpected = host::validateModule(validate); });
     }
 
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
@@ -145,6 +167,7 @@ struct CommandLine {
     host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp, {}, false};
     host::ServeOptions serve{host::defaultModulePath(), "DBG_TRACE", {}, 0, false, 0};
     host::InfoOptions info{host::defaultModulePath(), false, host::PluginInterface::Cpp};
+    host::ValidateOptions validate{host::defaultModulePath()};
 };
 
 } // namespace

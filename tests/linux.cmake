@@ -25,7 +25,18 @@ target_compile_definitions(wren_echo_module PRIVATE WREN_MODULE_BUILD)
 target_link_libraries(wren_echo_module PRIVATE wren_flags wren_sdk kes_wren_api)
 set_target_properties(wren_echo_module PROPERTIES NO_SONAME ON)
 
-file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/recording/*.cpp host/serve/*.cpp host/strict/*.cpp)
+# The real module behind one that breaks rules on demand.
+add_library(wren_defective_module MODULE host/validate/module/DefectiveModule.cpp)
+target_compile_definitions(wren_defective_module PRIVATE
+    WREN_MODULE_BUILD WREN_REAL_MODULE="$<TARGET_FILE:kes_wren_presentation_plugin>")
+target_link_libraries(wren_defective_module PRIVATE wren_flags wren_sdk ${CMAKE_DL_LIBS})
+set_target_properties(wren_defective_module PROPERTIES NO_SONAME ON)
+add_dependencies(wren_defective_module kes_wren_presentation_plugin)
+if(WREN_SANITIZE MATCHES "undefined")
+    target_compile_options(wren_defective_module PRIVATE -fno-sanitize=vptr) # for the reason that the host has
+endif()
+
+file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/recording/*.cpp host/serve/*.cpp host/strict/*.cpp host/validate/*.cpp)
 add_executable(wren_host_tests ${host_sources})
 target_link_libraries(wren_host_tests PRIVATE wren_flags wren_host_parts GTest::gmock GTest::gtest_main)
 target_precompile_headers(wren_host_tests PRIVATE
@@ -33,8 +44,9 @@ target_precompile_headers(wren_host_tests PRIVATE
 target_compile_definitions(wren_host_tests PRIVATE
     WREN_HOST_PROGRAM="$<TARGET_FILE:wren-host>"
     WREN_ECHO_MODULE="$<TARGET_FILE:wren_echo_module>"
+    WREN_DEFECTIVE_MODULE="$<TARGET_FILE:wren_defective_module>"
     WREN_BACKEND_LIBRARY="$<TARGET_FILE:kes_wren_api>")
-add_dependencies(wren_host_tests wren-host wren_echo_module kes_wren_api kes_wren_presentation_plugin)
+add_dependencies(wren_host_tests wren-host wren_echo_module wren_defective_module kes_wren_api kes_wren_presentation_plugin)
 set_target_properties(wren_host_tests PROPERTIES ENABLE_EXPORTS ON)
 wren_tests(wren_host_tests)
 

@@ -22,4 +22,8 @@ endforeach()
 
 wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 
+# The module against the rules between host and module.
+add_test(NAME validate COMMAND wren-host validate --seed 1)
+add_test(NAME validate.record COMMAND wren-host validate --seed 1 --interface c --include record.)
+
 endmacro()
