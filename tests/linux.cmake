@@ -69,6 +69,15 @@ if(CMAKE_BUILD_TYPE STREQUAL Release)
         $<TARGET_FILE:kes_wren_presentation_plugin> $<TARGET_FILE:kes_wren_api> $<TARGET_FILE:wren-host>)
 endif()
 
+# What is installed and packed, of a build that ships.
+if(CMAKE_BUILD_TYPE STREQUAL Release)
+    foreach(check install debs documents)
+        add_test(NAME package.${check} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/package/check-${check} ${CMAKE_BINARY_DIR})
+        set_tests_properties(package.${check} PROPERTIES RESOURCE_LOCK package
+            ENVIRONMENT "CC=${CMAKE_C_COMPILER};CXX=${CMAKE_CXX_COMPILER}")
+    endforeach()
+endif()
+
 # The pages, in a real browser, and the journeys through the host. They hold no C++, so the presets with a sanitizer
 # would learn little from them.
 if(NOT WREN_SANITIZE)
