@@ -25,7 +25,7 @@ target_compile_definitions(wren_echo_module PRIVATE WREN_MODULE_BUILD)
 target_link_libraries(wren_echo_module PRIVATE wren_flags wren_sdk kes_wren_api)
 set_target_properties(wren_echo_module PROPERTIES NO_SONAME ON)
 
-file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/recording/*.cpp host/serve/*.cpp host/strict/*.cpp)
+file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/bundle/*.cpp host/recording/*.cpp host/serve/*.cpp host/strict/*.cpp)
 add_executable(wren_host_tests ${host_sources})
 target_link_libraries(wren_host_tests PRIVATE wren_flags wren_host_parts GTest::gmock GTest::gtest_main)
 target_precompile_headers(wren_host_tests PRIVATE
