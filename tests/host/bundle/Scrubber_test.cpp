@@ -108,7 +108,7 @@ TEST(Scrubber, WhatIsKnownBeforehand) {
 }
 
 TEST(Scrubber, LongTextsTakeNoLongTime) {
-    const std::size_t length = 1 << 20;
+    const std::size_t length = 1 << 18;
     for (const std::string part : {"a/", "aa:", "eyJ", "eyJ.", "@", "a@", "-----BEGIN ", "token=\"",
                                    "token:", "\\\"", "%40", "://", "A1a/", "&quot;"}) {
         std::string text;
