@@ -3,7 +3,6 @@
 #include "host/Files.h"
 #include "host/HostError.h"
 #include "host/LogLevel.h"
-#include "host/ModuleInfo.h"
 #include "host/OutputLines.h"
 #include "host/SessionFile.h"
 #include "host/StandardStreams.h"
@@ -17,8 +16,11 @@
 
 #include <iomanip>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace host {
 namespace {
@@ -42,9 +44,8 @@ void checkFile(const fs::path& file, bool replaces) {
     }
 }
 
-/// What can be told of a module without loading it.
-json::object unloaded(const fs::path& module, std::string problem) {
-    json::object told{{"problem", std::move(problem)}};
+/// Adds what a file tells of itself although it was not loaded.
+void addExports(json::object& told, const fs::path& module) {
     addText(told, "module", module.string());
     try {
         const std::vector<std::string> exports = exportedSymbols(module);
@@ -52,30 +53,25 @@ json::object unloaded(const fs::path& module, std::string problem) {
     } catch (const HostError& fault) {
         told.emplace("file_problem", fault.what());
     }
-    return told;
 }
 
-json::object moduleOf(const BundleOptions& options) {
-    if (!options.loadsModule) {
-        return unloaded(options.module, "it was not to be loaded");
+bundle::ModuleReport reportOf(const BundleOptions& options) {
+    bundle::ModuleReport report;
+    if (options.loadsModule) {
+        report =
+            bundle::examineAndRun(options.module, options.way,
+                                  options.session.empty() ? std::optional(options.length) : std::nullopt);
+    } else {
+        report.module.emplace("problem", "it was not to be loaded");
+        report.story.source = "nothing: the module was not to be loaded";
     }
-    try {
-        return jsonOf(examineModule(options.module, options.way));
-    } catch (const std::exception& fault) {
-        return unloaded(options.module, fault.what());
+    if (report.module.contains("problem")) {
+        addExports(report.module, options.module);
     }
-}
-
-bundle::ModuleStory storyOf(const BundleOptions& options) {
     if (!options.session.empty()) {
-        return bundle::storyOf(readSession(options.session));
+        report.story = bundle::storyOf(readSession(options.session));
     }
-    if (!options.loadsModule) {
-        bundle::ModuleStory none;
-        none.source = "nothing: the module was not to be loaded";
-        return none;
-    }
-    return bundle::runShortly(options.module, options.way, options.length);
+    return report;
 }
 
 json::object configuration() {
@@ -98,8 +94,9 @@ bundle::Bundle collect(const BundleOptions& options) {
         findings.systemLog = readFile(options.systemLog);
     }
     findings.configuration = configuration();
-    findings.story = storyOf(options);
-    findings.module = moduleOf(options);
+    bundle::ModuleReport report = reportOf(options);
+    findings.story = std::move(report.story);
+    findings.module = std::move(report.module);
     return bundle::makeBundle(std::move(findings));
 }
 

@@ -25,6 +25,13 @@ target_compile_definitions(wren_echo_module PRIVATE WREN_MODULE_BUILD)
 target_link_libraries(wren_echo_module PRIVATE wren_flags wren_sdk kes_wren_api)
 set_target_properties(wren_echo_module PROPERTIES NO_SONAME ON)
 
+# A module that crashes, for the bundle that tells of it.
+add_library(wren_crashing_module MODULE host/bundle/module/CrashingModule.cpp)
+target_compile_definitions(wren_crashing_module PRIVATE WREN_MODULE_BUILD)
+target_link_libraries(wren_crashing_module PRIVATE wren_flags wren_sdk)
+set_source_files_properties(host/bundle/BundleProgram_test.cpp PROPERTIES COMPILE_DEFINITIONS
+    WREN_CRASHING_MODULE="$<TARGET_FILE:wren_crashing_module>")
+
 file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/bundle/*.cpp host/recording/*.cpp host/serve/*.cpp host/strict/*.cpp)
 add_executable(wren_host_tests ${host_sources})
 target_link_libraries(wren_host_tests PRIVATE wren_flags wren_host_parts GTest::gmock GTest::gtest_main)
@@ -34,7 +41,7 @@ target_compile_definitions(wren_host_tests PRIVATE
     WREN_HOST_PROGRAM="$<TARGET_FILE:wren-host>"
     WREN_ECHO_MODULE="$<TARGET_FILE:wren_echo_module>"
     WREN_BACKEND_LIBRARY="$<TARGET_FILE:kes_wren_api>")
-add_dependencies(wren_host_tests wren-host wren_echo_module kes_wren_api kes_wren_presentation_plugin)
+add_dependencies(wren_host_tests wren-host wren_crashing_module wren_echo_module kes_wren_api kes_wren_presentation_plugin)
 set_target_properties(wren_host_tests PROPERTIES ENABLE_EXPORTS ON)
 wren_tests(wren_host_tests)
 

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,19 @@ struct ModuleStory {
     std::vector<serve::JournalEntryPointer> untilEnd; ///< those before the plugin was told to stop
 };
 
-/// Makes a plugin, runs it for that long against the backend library that the module finds, and ends it. It
-/// asks for nothing: the service only tells how things are. What cannot be done is told in the story.
-ModuleStory runShortly(const std::filesystem::path& module, PluginInterface way, std::chrono::seconds length);
+/// What a module tells of itself, and what happened to a plugin of it.
+struct ModuleReport {
+    boost::json::object module; ///< what it is and offers; "problem" where it did not tell
+    ModuleStory story;
+};
+
+/// Makes a plugin of the module, runs it for that long against the backend library that the module finds,
+/// ends it, and asks the module what it is. It asks the service for nothing. What cannot be done is told in
+/// the report; so is what the module did up to a crash, where it runs apart (see `runApart`).
+/// @param length none: nothing is run, the module only tells what it is
+/// @throws HostError where no process is to be had for it
+ModuleReport examineAndRun(const std::filesystem::path& module, PluginInterface way,
+                           std::optional<std::chrono::seconds> length);
 
 /// The outputs that a session file holds.
 ModuleStory storyOf(const Session& session);

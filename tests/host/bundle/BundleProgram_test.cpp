@@ -158,6 +158,15 @@ TEST_F(BundleProgram, TellsOfAModuleThatCannotBeLoaded) {
     EXPECT_THAT(archive(), HasSubstr("the module exports no CreateCbasedPlugin"));
 }
 
+TEST_F(BundleProgram, OutlivesAModuleThatCrashes) {
+    const Outcome outcome = run(std::string("b.zip --yes --module '") + WREN_CRASHING_MODULE + "'");
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
+    EXPECT_THAT(archive(), HasSubstr("There was a problem: the module crashed: Aborted.\n"));
+    EXPECT_THAT(archive(), HasSubstr("\"problem\": \"the module crashed: Aborted\""));
+    EXPECT_THAT(archive(), HasSubstr("the last words\n"));
+    EXPECT_THAT(archive(), HasSubstr("\"GetAvailableInterfaces\""));
+}
+
 TEST_F(BundleProgram, NeedNotLoadTheModule) {
     EXPECT_EQ(run("b.zip --yes --no-load").exitCode, 0);
     EXPECT_THAT(archive(), HasSubstr("\"problem\": \"it was not to be loaded\""));
@@ -171,6 +180,8 @@ TEST_F(BundleProgram, TakesWhatHappenedFromASessionFile) {
     EXPECT_EQ(run("b.zip --yes --from s.jsonl").exitCode, 0);
     EXPECT_THAT(archive(), HasSubstr("come from the session file s.jsonl."));
     EXPECT_THAT(archive(), HasSubstr("W  :0 out of the session\n"));
+    EXPECT_THAT(archive(), HasSubstr("\"display_version\": \"5.1.11.2143\""));
+    EXPECT_THAT(archive(), Not(HasSubstr("Creating Plugin")));
 }
 
 TEST_F(BundleProgram, HoldsNothingOfWhatIsPlantedAroundIt) {
