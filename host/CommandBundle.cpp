@@ -55,12 +55,12 @@ void addExports(json::object& told, const fs::path& module) {
     }
 }
 
-bundle::ModuleReport reportOf(const BundleOptions& options) {
+/// @param session empty: what happened is found out by a run
+bundle::ModuleReport reportOf(const BundleOptions& options, const std::optional<Session>& session) {
     bundle::ModuleReport report;
     if (options.loadsModule) {
-        report =
-            bundle::examineAndRun(options.module, options.way,
-                                  options.session.empty() ? std::optional(options.length) : std::nullopt);
+        report = bundle::examineAndRun(options.module, options.way,
+                                       session ? std::nullopt : std::optional(options.length));
     } else {
         report.module.emplace("problem", "it was not to be loaded");
         report.story.source = "nothing: the module was not to be loaded";
@@ -68,8 +68,8 @@ bundle::ModuleReport reportOf(const BundleOptions& options) {
     if (report.module.contains("problem")) {
         addExports(report.module, options.module);
     }
-    if (!options.session.empty()) {
-        report.story = bundle::storyOf(readSession(options.session));
+    if (session) {
+        report.story = bundle::storyOf(*session);
     }
     return report;
 }
@@ -87,6 +87,10 @@ json::object configuration() {
 }
 
 bundle::Bundle collect(const BundleOptions& options) {
+    std::optional<Session> session;
+    if (!options.session.empty()) {
+        session = readSession(options.session);
+    }
     bundle::Findings findings;
     findings.time = std::chrono::system_clock::now();
     findings.system = bundle::systemFacts();
@@ -94,7 +98,7 @@ bundle::Bundle collect(const BundleOptions& options) {
         findings.systemLog = readFile(options.systemLog);
     }
     findings.configuration = configuration();
-    bundle::ModuleReport report = reportOf(options);
+    bundle::ModuleReport report = reportOf(options, session);
     findings.story = std::move(report.story);
     findings.module = std::move(report.module);
     return bundle::makeBundle(std::move(findings));
