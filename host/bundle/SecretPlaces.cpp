@@ -83,25 +83,52 @@ KeyKind kindOf(std::string_view key) {
                : KeyKind::None;
 }
 
-/// Where the value begins that belongs to the key which ends there, behind ":" or "="; none: it has none.
-std::size_t beginOfValue(std::string_view text, std::size_t keyEnd) {
-    std::size_t at = endOfRun(text, keyEnd + quoteAt(text, keyEnd), isBlank);
+/// Where the value begins that belongs to the key which ends there: behind ":", "=" or ">", behind an
+/// option's blank, or in the attribute "value" that follows; none: it has none.
+std::size_t beginOfValue(std::string_view text, std::size_t keyEnd, std::string_view key) {
+    constexpr std::string_view attribute = "value";
+    const std::size_t quote = quoteAt(text, keyEnd);
+    std::size_t at = endOfRun(text, keyEnd + quote, isBlank);
+    if (key.starts_with("--") && quote == 0 && at > keyEnd) {
+        return at;
+    }
+    at += quote > 0 && startsWith(text, at, attribute) ? attribute.size() : 0;
+    if (startsWith(text, keyEnd, ">")) {
+        return keyEnd + 1;
+    }
     if (at >= text.size() || (text[at] != ':' && text[at] != '=') || startsWith(text, at, "::")) {
         return none;
     }
-    return endOfRun(text, at + 1, isBlank);
+    const std::size_t begin = endOfRun(text, at + 1, isBlank);
+    const std::size_t nextLine = endOfRun(text, begin, [](char character) {
+        return isBlank(character) || character == '\r' || character == '\n';
+    });
+    return quoteAt(text, nextLine) > 0 ? nextLine : begin;
 }
 
-/// Where a value without quotation marks ends. Those of headers have several words.
+/// Where a value without quotation marks ends. That of an element may be anything; those of headers have
+/// several words; those of secrets may hold what parts others.
 std::size_t endOfPlainValue(std::string_view text, std::size_t begin, std::string_view key) {
+    if (text[begin - 1] == '>') {
+        return std::min(text.find('<', begin), text.size());
+    }
     const std::string lowKey = lowered(key);
     const bool isHeader = lowKey.ends_with("authorization") || lowKey.ends_with("cookie");
     const bool hasWords = isHeader || lowKey == "cn" || lowKey == "subject";
-    return endOfRun(text, begin, [&](char character) {
-        constexpr std::string_view ends = "\"'<>&\r\n\\)]}";
-        return ends.find(character) == none && (isHeader || (character != ',' && character != ';')) &&
-               (hasWords || static_cast<unsigned char>(character) > ' ');
-    });
+    const bool isSecret = isSecretKey(key);
+    std::size_t end = begin;
+    for (; end < text.size(); ++end) {
+        constexpr std::string_view ends = "\"'<>&\r\n\\}";
+        const char character = text[end];
+        const bool isLast = end + 1 == text.size() || static_cast<unsigned char>(text[end + 1]) <= ' ' ||
+                            quoteAt(text, end + 1) > 0;
+        const bool parts = (character == ',' || character == ';') && !isHeader && (!isSecret || isLast);
+        if (parts || ends.find(character) != none ||
+            (!hasWords && static_cast<unsigned char>(character) <= ' ')) {
+            break;
+        }
+    }
+    return end;
 }
 
 /// Where the text ends that such a mark has begun. Each level of quoting doubles the backslashes before a
@@ -272,7 +299,7 @@ void findKeyedValues(std::string_view text, const PlaceHandler& handler) {
         const std::string_view key = text.substr(at, keyEnd - at);
         at = keyEnd;
         const KeyKind kind = kindOf(key);
-        const std::size_t begin = kind == KeyKind::None ? none : beginOfValue(text, keyEnd);
+        const std::size_t begin = kind == KeyKind::None ? none : beginOfValue(text, keyEnd, key);
         if (begin == none) {
             continue;
         }

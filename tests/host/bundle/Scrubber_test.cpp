@@ -48,6 +48,12 @@ TEST(Scrubber, ValuesBehindKeysInAllSpellings) {
     EXPECT_EQ(scrubbed("Authorization: Bearer p one\nnext"), "Authorization: [secret-1]\nnext");
     EXPECT_EQ(scrubbed("Set-Cookie: a=b; path=/x"), "Set-Cookie: [secret-1]");
     EXPECT_EQ(scrubbed("password=\"never ends"), "password=\"[secret-1]");
+    EXPECT_EQ(scrubbed("password=p,one;x\"y"), "password=[secret-1]\"y");
+    EXPECT_EQ(scrubbed("<password>p one &amp; two</password>"), "<password>[secret-1]</password>");
+    EXPECT_EQ(scrubbed(R"(<row name="token" value="p-one"/>)"), R"(<row name="token" value="[secret-1]"/>)");
+    EXPECT_EQ(scrubbed("agent --password p-one --verbose"), "agent --password [secret-1] --verbose");
+    EXPECT_EQ(scrubbed("{\"token\":\n  \"p-one\"}"), "{\"token\":\n  \"[secret-1]\"}");
+    EXPECT_EQ(scrubbed("{\"token\":12345}"), "{\"token\":[secret-1]}");
     EXPECT_EQ(scrubbed("passphrase=1234 token=7"), "passphrase=[secret-1] token=[secret-2]");
 }
 
@@ -109,8 +115,9 @@ TEST(Scrubber, WhatIsKnownBeforehand) {
 
 TEST(Scrubber, LongTextsTakeNoLongTime) {
     const std::size_t length = 1 << 18;
-    for (const std::string part : {"a/", "aa:", "eyJ", "eyJ.", "@", "a@", "-----BEGIN ", "token=\"",
-                                   "token:", "\\\"", "%40", "://", "A1a/", "&quot;"}) {
+    for (const std::string part :
+         {"a/", "aa:", "eyJ", "eyJ.", "token=\n", "<token>", "--token ", "@", "a@", "-----BEGIN ", "token=\"",
+          "token:", "\\\"", "%40", "://", "A1a/", "&quot;"}) {
         std::string text;
         while (text.size() < length) {
             text += part;
