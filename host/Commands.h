@@ -4,6 +4,7 @@
 
 #include "host/PluginObject.h"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -79,5 +80,21 @@ struct ValidateOptions {
 /// Holds a module against the checks, each in a process of its own, and prints what comes of them.
 /// @return whether all passed
 bool validateModule(const ValidateOptions& options);
+
+struct BundleOptions {
+    std::filesystem::path file; ///< to be written
+    std::filesystem::path module;
+    PluginInterface way = PluginInterface::Cpp;
+    std::filesystem::path session = {};   ///< what happened; empty: the module is run shortly
+    std::chrono::seconds length{3};       ///< of that run
+    std::filesystem::path systemLog = {}; ///< lines that the system has kept; empty: none
+    bool loadsModule = true;              ///< whether the module may be loaded at all
+    bool isConfirmed = false;             ///< whether it is written without asking
+    bool replaces = false;                ///< whether a file that is there already may go
+};
+/// Collects what a diagnosis needs, without secrets, shows what it is, and writes it as a ZIP archive that
+/// only its owner may read.
+/// @return whether it was written; not if the user does not want it
+bool writeBundle(const BundleOptions& options);
 
 } // namespace host

@@ -8,7 +8,7 @@ namespace host {
 /// The backend library, as the module names it.
 extern const char* const backendLibraryName;
 
-/// The module that was built along with this program.
+/// The module that was installed or built along with this program.
 /// @param folder the program's own
 std::filesystem::path moduleBeside(const std::filesystem::path& folder);
 

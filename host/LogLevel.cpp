@@ -16,14 +16,18 @@ int severityOf(const std::string& level) {
                             std::begin(logLevels));
 }
 
+fs::path logConfigFile(const fs::path& dataFolder) {
+    return dataFolder / "Norvane" / "Norvane Kestrel Suite" / "WREN" / "logconfig.json";
+}
+
 LogSettingsFolder::LogSettingsFolder(const std::string& settings) {
-    const fs::path data = folder.path() / "Norvane" / "Norvane Kestrel Suite" / "WREN";
+    const fs::path config = logConfigFile(folder.path());
     std::error_code error;
-    fs::create_directories(data, error);
-    std::ofstream file(data / "logconfig.json", std::ios::binary);
+    fs::create_directories(config.parent_path(), error);
+    std::ofstream file(config, std::ios::binary);
     file << settings << std::flush;
     if (error || !file) {
-        throw HostError("cannot write the log level into " + data.string());
+        throw HostError("cannot write the log level into " + config.parent_path().string());
     }
     chosen.emplace(folder.path());
 }

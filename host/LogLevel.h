@@ -18,6 +18,10 @@ inline constexpr const char* logLevels[] = {"DBG_TRACE", "DBG_INFO", "DBG_WARN",
 /// @param level one of `logLevels`
 int severityOf(const std::string& level);
 
+/// The file in which a module looks for how much it is to log.
+/// @param dataFolder as `DataFolder` means it
+std::filesystem::path logConfigFile(const std::filesystem::path& dataFolder);
+
 /// A private data folder for a module that is loaded while this exists, with a log configuration.
 class LogSettingsFolder {
 public:

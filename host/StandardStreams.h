@@ -7,4 +7,7 @@ namespace host {
 /// be called before anything is read or written.
 void makeStandardStreamsBinary();
 
+/// Whether a person may be at the other end of standard input.
+bool standardInputIsTerminal();
+
 } // namespace host

@@ -12,4 +12,6 @@ void makeStandardStreamsBinary() {
     ::_setmode(::_fileno(stderr), _O_BINARY);
 }
 
+bool standardInputIsTerminal() { return ::_isatty(::_fileno(stdin)) != 0; }
+
 } // namespace host

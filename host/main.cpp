@@ -136,8 +136,21 @@ struct CommandLine {
         addInterface(informs, info.way, interfaceHelp);
         informs.callback([this] { host::showInfo(info); });
         addValidate();
+        addBundle();
     }
 
+    CLI::App app{"Reference host for presentation plugins", "wren-host"};
+    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}, false};
+    host::ScriptOptions replay = script;
+    host::MachineOptions machine;
+    bool isAsExpected = true;
+    host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp, {}, false};
+    host::ServeOptions serve{host::defaultModulePath(), "DBG_TRACE", {}, 0, false, 0};
+    host::InfoOptions info{host::defaultModulePath(), false, host::PluginInterface::Cpp};
+    host::ValidateOptions validate{host::defaultModulePath()};
+    host::BundleOptions bundle{{}, host::defaultModulePath()};
+
+private:
     void addValidate() {
         CLI::App& validates = *app.add_subcommand(
             "validate", "Hold a module against the rules between host and module; exit code 1 tells that "
@@ -159,15 +172,33 @@ struct CommandLine {
         validates.callback([this] { isAsExpected = host::validateModule(validate); });
     }
 
-    CLI::App app{"Reference host for presentation plugins", "wren-host"};
-    host::ScriptOptions script{{}, host::defaultModulePath(), "DBG_TRACE", {}, false};
-    host::ScriptOptions replay = script;
-    host::MachineOptions machine;
-    bool isAsExpected = true;
-    host::WatchOptions watch{host::defaultModulePath(), {}, {}, host::PluginInterface::Cpp, {}, false};
-    host::ServeOptions serve{host::defaultModulePath(), "DBG_TRACE", {}, 0, false, 0};
-    host::InfoOptions info{host::defaultModulePath(), false, host::PluginInterface::Cpp};
-    host::ValidateOptions validate{host::defaultModulePath()};
+    void addBundle() {
+        CLI::App& bundles = *app.add_subcommand(
+            "bundle",
+            "Collect what a diagnosis needs, without secrets, show it and write it as a ZIP archive");
+        bundles.add_option("FILE", bundle.file, "The archive to write")->required();
+        addModule(bundles, "--module", bundle.module);
+        addInterface(bundles, bundle.way, interfaceHelp);
+        auto* const session = bundles
+                                  .add_option("--from", bundle.session,
+                                              "Take what happened from a session file, not from a run")
+                                  ->type_name("FILE");
+        bundles
+            .add_option_function<int>(
+                "--seconds", [this](const int& count) { bundle.length = std::chrono::seconds(count); },
+                "How long the module runs for the bundle, 3 unless told, 60 at most")
+            ->type_name("N")
+            ->check(CLI::Range(0, 60))
+            ->excludes(session);
+        bundles
+            .add_option("--system-log", bundle.systemLog,
+                        "Add the last lines of this file, such as what journalctl wrote")
+            ->type_name("FILE");
+        bundles.add_flag("!--no-load", bundle.loadsModule, "Do not load the module, which may crash or hang");
+        bundles.add_flag("--yes", bundle.isConfirmed, "Write without asking");
+        bundles.add_flag("--force", bundle.replaces, "Replace a file that is there already");
+        bundles.callback([this] { isAsExpected = host::writeBundle(bundle); });
+    }
 };
 
 } // namespace

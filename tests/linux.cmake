@@ -36,7 +36,15 @@ if(WREN_SANITIZE MATCHES "undefined")
     target_compile_options(wren_defective_module PRIVATE -fno-sanitize=vptr) # for the reason that the host has
 endif()
 
-file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/recording/*.cpp host/serve/*.cpp host/strict/*.cpp host/validate/*.cpp)
+# A module that crashes, for the bundle that tells of it.
+add_library(wren_crashing_module MODULE host/bundle/module/CrashingModule.cpp)
+target_compile_definitions(wren_crashing_module PRIVATE WREN_MODULE_BUILD)
+target_link_libraries(wren_crashing_module PRIVATE wren_flags wren_sdk)
+set_source_files_properties(host/bundle/BundleProgram_test.cpp PROPERTIES COMPILE_DEFINITIONS
+    WREN_CRASHING_MODULE="$<TARGET_FILE:wren_crashing_module>")
+
+file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/bundle/*.cpp host/recording/*.cpp host/serve/*.cpp host/strict/*.cpp
+    host/validate/*.cpp)
 add_executable(wren_host_tests ${host_sources})
 target_link_libraries(wren_host_tests PRIVATE wren_flags wren_host_parts GTest::gmock GTest::gtest_main)
 target_precompile_headers(wren_host_tests PRIVATE
@@ -46,7 +54,8 @@ target_compile_definitions(wren_host_tests PRIVATE
     WREN_ECHO_MODULE="$<TARGET_FILE:wren_echo_module>"
     WREN_DEFECTIVE_MODULE="$<TARGET_FILE:wren_defective_module>"
     WREN_BACKEND_LIBRARY="$<TARGET_FILE:kes_wren_api>")
-add_dependencies(wren_host_tests wren-host wren_echo_module wren_defective_module kes_wren_api kes_wren_presentation_plugin)
+add_dependencies(wren_host_tests wren-host wren_crashing_module wren_defective_module wren_echo_module kes_wren_api
+    kes_wren_presentation_plugin)
 set_target_properties(wren_host_tests PROPERTIES ENABLE_EXPORTS ON)
 wren_tests(wren_host_tests)
 
@@ -79,6 +88,20 @@ add_test(NAME Soak.HundredthPart COMMAND wren_soak 100 10000 30)
 if(CMAKE_BUILD_TYPE STREQUAL Release)
     add_test(NAME built_files COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/linux/check-built-file
         $<TARGET_FILE:kes_wren_presentation_plugin> $<TARGET_FILE:kes_wren_api> $<TARGET_FILE:wren-host>)
+endif()
+
+# What is installed and packed, of a build that ships.
+if(CMAKE_BUILD_TYPE STREQUAL Release)
+    foreach(check install debs documents)
+        add_test(NAME package.${check} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/package/check-${check} ${CMAKE_BINARY_DIR})
+        set_tests_properties(package.${check} PROPERTIES RESOURCE_LOCK package
+            ENVIRONMENT "CC=${CMAKE_C_COMPILER};CXX=${CMAKE_CXX_COMPILER}")
+    endforeach()
+endif()
+
+# What hosts and backend libraries rely on is as it was approved. Other builds have symbols of their own.
+if(CMAKE_BUILD_TYPE STREQUAL Release)
+    add_test(NAME sdk.contract COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/sdk/check-contract ${CMAKE_BINARY_DIR})
 endif()
 
 # The pages, in a real browser, and the journeys through the host. They hold no C++, so the presets with a sanitizer

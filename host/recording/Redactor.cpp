@@ -1,14 +1,13 @@
 #include "host/recording/Redactor.h"
 
 #include "host/Text.h"
+#include "host/recording/Spellings.h"
 
 #include <boost/json/parse.hpp>
-#include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -61,41 +60,6 @@ std::string withoutEscapes(std::string_view text) {
     json::error_code error;
     const json::value value = json::parse("\"" + std::string(text) + "\"", error);
     return !error && value.is_string() ? std::string(value.get_string()) : std::string(text);
-}
-
-std::string asJson(const std::string& text) {
-    const std::string quoted = json::serialize(json::value(text));
-    return quoted.substr(1, quoted.size() - 2);
-}
-
-/// The ways in which a text may be spelled, the longest first.
-std::vector<std::string> spellingsOf(const std::string& text) {
-    const std::set<std::string> all{text, xmlEscaped(text), asJson(text), xmlEscaped(asJson(text))};
-    std::vector<std::string> spellings(all.begin(), all.end());
-    std::stable_sort(spellings.begin(), spellings.end(),
-                     [](const std::string& a, const std::string& b) { return a.size() > b.size(); });
-    return spellings;
-}
-
-bool isWordCharacter(char character) {
-    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
-           (character >= 'a' && character <= 'z') || character == '_' || character == '-';
-}
-
-bool isWord(std::string_view text, std::size_t begin, std::size_t end) {
-    return (begin == 0 || !isWordCharacter(text[begin - 1])) &&
-           (end == text.size() || !isWordCharacter(text[end]));
-}
-
-void replaceAll(std::string& text, std::string_view old, std::string_view replacement, bool onlyWords) {
-    for (std::size_t at = text.find(old); at != std::string::npos; at = text.find(old, at)) {
-        if (onlyWords && !isWord(text, at, at + old.size())) {
-            ++at;
-        } else {
-            text.replace(at, old.size(), replacement);
-            at += replacement.size();
-        }
-    }
 }
 
 /// Where the text between quotation marks that begins at `begin` ends; npos where it does not.

@@ -22,4 +22,8 @@ private:
     std::unique_ptr<const Before> before;
 };
 
+/// Where the modules of this process find their data.
+/// @return empty where the system does not tell
+std::filesystem::path programDataFolder();
+
 } // namespace host

@@ -34,4 +34,9 @@ DataFolder::~DataFolder() {
     }
 }
 
+std::filesystem::path programDataFolder() {
+    const char* const chosen = ::secure_getenv(variable);
+    return chosen != nullptr && *chosen != '\0' ? chosen : "/var/lib";
+}
+
 } // namespace host

@@ -12,16 +12,16 @@
 namespace host {
 namespace {
 
-std::wstring dataFolder; ///< what `tellDataFolder` tells
+std::wstring chosenFolder; ///< what `tellDataFolder` tells
 
 /// SHGetKnownFolderPath as modules find it while a data folder is chosen.
 HRESULT WINAPI tellDataFolder(REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) {
-    const std::size_t size = (dataFolder.size() + 1) * sizeof(wchar_t);
+    const std::size_t size = (chosenFolder.size() + 1) * sizeof(wchar_t);
     *path = static_cast<PWSTR>(::CoTaskMemAlloc(size));
     if (*path == nullptr) {
         return E_OUTOFMEMORY;
     }
-    std::wmemcpy(*path, dataFolder.c_str(), dataFolder.size() + 1);
+    std::wmemcpy(*path, chosenFolder.c_str(), chosenFolder.size() + 1);
     return S_OK;
 }
 
@@ -35,10 +35,18 @@ struct DataFolder::Before {
 };
 
 DataFolder::DataFolder(const std::filesystem::path& folder)
-    : before(std::make_unique<Before>(dataFolder)) {
-    dataFolder = folder.wstring();
+    : before(std::make_unique<Before>(chosenFolder)) {
+    chosenFolder = folder.wstring();
 }
 
-DataFolder::~DataFolder() { dataFolder = before->folder; }
+DataFolder::~DataFolder() { chosenFolder = before->folder; }
+
+std::filesystem::path programDataFolder() {
+    PWSTR path = nullptr;
+    const HRESULT result = ::SHGetKnownFolderPath(FOLDERID_ProgramData, 0, nullptr, &path);
+    const std::filesystem::path folder = SUCCEEDED(result) ? path : L"";
+    ::CoTaskMemFree(path);
+    return folder;
+}
 
 } // namespace host
