@@ -124,10 +124,12 @@ Step Trial::press(std::string_view control) {
 }
 
 Step Trial::deliver(WrenSimDocument document, std::string_view json) {
-    return step([&, text = std::string(json)] {
+    Step delivered = step([&, text = std::string(json)] {
         return static_cast<std::int32_t>(
             controls->deliverAndWait(WRENSIM_LATEST_API, document, text.c_str()));
     });
+    expect(delivered.result == wrensim_delivered, "the backend has nobody to give a document to");
+    return delivered;
 }
 
 Step Trial::status(const json::value& document) {

@@ -85,6 +85,7 @@ public:
     /// Presses a button.
     Step press(std::string_view control);
     /// Delivers a document and waits for the plugin to take it.
+    /// @throws CheckFailure where the plugin has given the backend nobody to take it
     Step deliver(WrenSimDocument document, std::string_view json);
     Step status(const boost::json::value& document);
     Step dataplane(const boost::json::value& document);
@@ -92,8 +93,8 @@ public:
     Step unenrollment(std::string_view status, std::string_view substatus = "");
     Step login();
 
-    /// Begins where a plugin runs, whatever happened before: an error ends what is in progress, and the
-    /// plugin has to draw an enrolled tile and then one that offers to enroll, and enroll.
+    /// Takes a running plugin, whatever happened to it before, to an enrollment: an error's status ends what
+    /// is in progress, a status offers to enroll, and the press of the button has to reach the backend.
     /// @throws CheckFailure where it does not
     void expectUsable();
 

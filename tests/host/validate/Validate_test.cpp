@@ -185,9 +185,9 @@ TEST(Validate, DefectsOfTheRecordBreakNoOtherCheck) { expectNothingElseBroken("c
 
 TEST(Validate, ACheckThatHangsIsTimedOut) {
     const Outcome outcome =
-        validate({test::defectiveModule, "--include", "stop.reasons", "--limit", "1"}, "hang-on-stop");
+        validate({test::defectiveModule, "--include", "stop.reasons", "--limit", "5"}, "hang-on-stop");
     EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_THAT(outcome.out, StartsWith("timed out  stop.reasons: after 1000 ms\n"));
+    EXPECT_THAT(outcome.out, StartsWith("timed out  stop.reasons: after 5000 ms\n"));
     EXPECT_THAT(outcome.out, HasSubstr("\n1 checks: 0 passed, 0 failed, 0 crashed, 1 timed out "));
 }
 
