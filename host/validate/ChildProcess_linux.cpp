@@ -78,7 +78,7 @@ pid_t spawn(const std::vector<std::string>& arguments, int output) {
     return child;
 }
 
-/// A descriptor that can be read when the process has ended.
+/// A descriptor that can be read when the process has ended; -1 where the system has none to offer.
 int openProcess(pid_t child) {
     // The C library's own header for this lacks its C linkage in the versions that are about.
     return static_cast<int>(::syscall(SYS_pidfd_open, child, 0));
@@ -93,7 +93,8 @@ bool readSome(int descriptor, std::string& text) {
     return count > 0;
 }
 
-/// Gathers the output until the process ends; what it has left running may keep the pipe open longer.
+/// Gathers the output until the process ends; what it has left running may keep the pipe open longer. Without
+/// a descriptor of the process the end of the output has to do.
 /// @return false where that takes too long
 bool gather(int process, int output, std::string& text, std::chrono::milliseconds limit) {
     using Clock = std::chrono::steady_clock;
@@ -108,6 +109,9 @@ bool gather(int process, int output, std::string& text, std::chrono::millisecond
         }
         if (ready > 0 && waited[1].revents != 0) {
             isOpen = readSome(output, text);
+            if (!isOpen && process < 0) {
+                return true;
+            }
         } else if (ready > 0 && waited[0].revents != 0) {
             return true;
         }
