@@ -23,8 +23,6 @@ using validate::outcomeWords;
 using validate::Subject;
 using validate::Verdict;
 
-constexpr std::string_view nameOf(PluginInterface way) { return way == PluginInterface::C ? "c" : "cpp"; }
-
 /// The checks whose name contains what is asked for.
 std::vector<const Check*> chosen(const ValidateOptions& options) {
     std::vector<const Check*> checks = validate::checksFor(options.way);
@@ -66,7 +64,7 @@ public:
         if (asJson) {
             print(json::serialize(json::object{{"summary",
                                                 {{"module", subject.module.string()},
-                                                 {"interface", nameOf(subject.way)},
+                                                 {"interface", interfaceName(subject.way)},
                                                  {"seed", subject.seed},
                                                  {"checks", total()},
                                                  {"passed", count(Outcome::Passed)},
@@ -80,7 +78,7 @@ public:
             std::cout << ", " << count(outcome) << ' ' << outcomeWords[static_cast<std::size_t>(outcome)];
         }
         print(std::string(" (interface ")
-                  .append(nameOf(subject.way))
+                  .append(interfaceName(subject.way))
                   .append(", seed ")
                   .append(std::to_string(subject.seed))
                   .append(")"));

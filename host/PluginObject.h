@@ -16,6 +16,11 @@ enum class PluginInterface {
     C,   ///< a record of functions: `CreateCbasedPlugin`
 };
 
+/// The interface's name on the command line.
+constexpr std::string_view interfaceName(PluginInterface way) {
+    return way == PluginInterface::C ? "c" : "cpp";
+}
+
 /// One plugin object. The operations are those of the plugin's interface (wren/PresentationPlugin.h), with
 /// the same results. An object that was not disposed of is so at its end.
 class PluginObject {

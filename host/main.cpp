@@ -3,12 +3,14 @@
 #include "host/LogLevel.h"
 #include "host/PluginModule.h"
 #include "host/StandardStreams.h"
+#include "host/bundle/ModuleRun.h"
 #include "presentation-plugin/machine-description/MachineDrawing.h"
 
 #include <CLI/CLI.hpp>
 
 #include <iostream>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -137,6 +139,7 @@ struct CommandLine {
         informs.callback([this] { host::showInfo(info); });
         addValidate();
         addBundle();
+        addRunForBundle();
     }
 
     CLI::App app{"Reference host for presentation plugins", "wren-host"};
@@ -151,6 +154,16 @@ struct CommandLine {
     host::BundleOptions bundle{{}, host::defaultModulePath()};
 
 private:
+    /// What a bundle's child does. Not for users, so no help tells of it.
+    void addRunForBundle() {
+        CLI::App& runs = *app.add_subcommand("run-for-bundle")->group("");
+        addModule(runs, "MODULE", bundle.module);
+        addInterface(runs, bundle.way, interfaceHelp);
+        runs.add_option_function<int>(
+            "--seconds", [this](const int& count) { childsLength = std::chrono::seconds(count); });
+        runs.callback([this] { host::bundle::printModuleRun(bundle.module, bundle.way, childsLength); });
+    }
+
     void addValidate() {
         CLI::App& validates = *app.add_subcommand(
             "validate", "Hold a module against the rules between host and module; exit code 1 tells that "
@@ -199,6 +212,8 @@ private:
         bundles.add_flag("--force", bundle.replaces, "Replace a file that is there already");
         bundles.callback([this] { isAsExpected = host::writeBundle(bundle); });
     }
+
+    std::optional<std::chrono::seconds> childsLength;
 };
 
 } // namespace

@@ -1,28 +1,20 @@
 #include "host/bundle/ModuleStory.h"
 
-#include "host/HostError.h"
-#include "host/LogLevel.h"
-#include "host/LogTap.h"
-#include "host/ModuleInfo.h"
+#include "host/ChildProcess.h"
 #include "host/OutputLines.h"
-#include "host/PluginModule.h"
-#include "host/bundle/Apart.h"
+#include "host/bundle/ModuleRun.h"
 #include "host/serve/LiveScreen.h"
 #include "host/serve/MachineTracker.h"
 #include "host/serve/ScreenJson.h"
 
 #include <boost/json/parse.hpp>
-#include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
 #include <algorithm>
-#include <exception>
-#include <functional>
 #include <limits>
 #include <memory>
 #include <sstream>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 namespace host::bundle {
@@ -30,99 +22,59 @@ namespace {
 
 namespace json = boost::json;
 
-constexpr const char* callbacksName = "host";
-constexpr std::uintptr_t hostHandle = 1;
-
 /// How long a module may take beyond the time that it is to run.
 constexpr std::chrono::seconds grace{20};
 
-/// The lines by which a process tells of the module that it runs, and what they become in the report.
-namespace word {
-constexpr const char* output = "output";   ///< an output line, with "time"
-constexpr const char* atEnd = "at_end";    ///< from here on the plugin is being ended
-constexpr const char* problem = "problem"; ///< of the run
-constexpr const char* module = "module";   ///< what the module is
-} // namespace word
-
-/// Tells of the module, line by line, as things happen.
-class Teller {
-public:
-    explicit Teller(const LineTaker& usedTaker)
-        : taker(usedTaker) {}
-
-    void tell(const char* what, json::value value) const {
-        using namespace std::chrono;
-        const auto now = duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
-        taker(json::serialize(json::object{{what, std::move(value)}, {"time", now}}));
-    }
-
-    /// Whether an operation was done; tells of it where not.
-    bool isDone(std::int32_t result, const char* operation) const {
-        if (result != presentationDone) {
-            std::string problem = operation;
-            tell(word::problem, json::string(problem.append(" answered ").append(std::to_string(result))));
-        }
-        return result == presentationDone;
-    }
-
-private:
-    const LineTaker& taker;
-};
-
-/// The life of a plugin.
-void run(const std::filesystem::path& file, PluginInterface way, std::chrono::seconds length,
-         const Teller& teller) {
-    const LogTap log([&teller](const LogRecord& record) { teller.tell(word::output, logLine(record)); });
-    const PluginModule module = loadModule(file, logLevels[0]);
-    HostTranslator translator;
-    HostCallbacks callbacks(
-        [&teller](std::uintptr_t handle, const char* xml) {
-            teller.tell(word::output, noticeLine(callbacksName, handle, xml));
-        },
-        [&teller](std::uintptr_t handle) { teller.tell(word::output, stopDoneLine(callbacksName, handle)); });
-    const auto plugin = makePlugin(module, way);
-    if (!plugin) {
-        throw HostError("the module makes no plugin object");
-    }
-    if (teller.isDone(plugin->Register("", hostHandle, &callbacks, &translator), "Register") &&
-        teller.isDone(plugin->Start(), "Start")) {
-        std::this_thread::sleep_for(length);
-    }
-    teller.tell(word::atEnd, true);
-    plugin->dispose(); // stops and unregisters it
+std::string textAt(const json::object& line, std::string_view key) {
+    const json::value* value = line.if_contains(key);
+    return value != nullptr && value->is_string() ? std::string(value->get_string()) : std::string();
 }
 
-/// Runs something, and tells under that word what keeps it from its end.
-void tellOf(const Teller& teller, const char* what, const std::function<void()>& something) {
-    try {
-        something();
-    } catch (const std::exception& fault) {
-        teller.tell(what, json::string(fault.what()));
-    }
-}
-
-/// Adds one line of the teller's to the report.
+/// Adds one line of the module's run to the report. What is none was written by the module itself.
 void take(ModuleReport& report, json::object line) {
     ModuleStory& story = report.story;
-    if (json::value* const output = line.if_contains(word::output)) {
+    const json::value* const time = line.if_contains("time");
+    if (time == nullptr || !time->is_int64()) {
+        return;
+    }
+    if (json::value* const output = line.if_contains(told::output);
+        output != nullptr && output->is_object()) {
         auto entry = std::make_shared<serve::JournalEntry>();
         entry->sequence = story.entries.size() + 1;
-        entry->time = line.at("time").to_number<std::int64_t>();
-        entry->line = std::move(output->as_object());
+        entry->time = time->get_int64();
+        entry->line = std::move(output->get_object());
         story.entries.push_back(std::move(entry));
-    } else if (line.contains(word::atEnd)) {
+    } else if (line.contains(told::atEnd)) {
         story.untilEnd = story.entries;
-    } else if (const json::value* const problem = line.if_contains(word::problem)) {
-        story.problem = problem->as_string();
-    } else if (json::value* const module = line.if_contains(word::module)) {
+    } else if (line.contains(told::problem)) {
+        story.problem = textAt(line, told::problem);
+    } else if (json::value* const module = line.if_contains(told::module)) {
         report.module = module->is_object() ? std::move(module->get_object())
                                             : json::object{{"problem", std::move(*module)}};
     }
 }
 
-std::string textAt(const json::object& line, std::string_view key) {
-    const json::value* value = line.if_contains(key);
-    return value != nullptr && value->is_string() ? std::string(value->get_string()) : std::string();
+std::vector<std::string> runArguments(const std::filesystem::path& module, PluginInterface way,
+                                      std::optional<std::chrono::seconds> length) {
+    std::vector<std::string> arguments{"run-for-bundle", module.string(), "--interface",
+                                       std::string(interfaceName(way))};
+    if (length) {
+        arguments.insert(arguments.end(), {"--seconds", std::to_string(length->count())});
+    }
+    return arguments;
+}
+
+/// Why the process that ran the module did not come to its end; empty where it did.
+std::string problemOf(const ChildEnd& end) {
+    if (end.isOverdue) {
+        return "the module did not come to an end and was given up";
+    }
+    if (end.crash) {
+        return std::string("the module crashed: ").append(*end.crash);
+    }
+    return end.exitCode == 0
+               ? ""
+               : std::string("the module ended the process with code ").append(std::to_string(end.exitCode));
 }
 
 /// The record that an output line tells of, as far as the machine's trace needs it.
@@ -137,21 +89,12 @@ LogRecord recordOf(const json::object& line) {
 
 ModuleReport examineAndRun(const std::filesystem::path& module, PluginInterface way,
                            std::optional<std::chrono::seconds> length) {
-    const ApartOutcome outcome = runApart(
-        [&](const LineTaker& taker) {
-            const Teller teller(taker);
-            if (length) {
-                tellOf(teller, word::problem, [&] { run(module, way, *length, teller); });
-            }
-            tellOf(teller, word::module,
-                   [&] { teller.tell(word::module, jsonOf(examineModule(module, way))); });
-        },
-        length.value_or(std::chrono::seconds(0)) + grace);
+    const std::chrono::seconds seconds = length.value_or(std::chrono::seconds(0));
+    const ChildEnd end = runChild(runArguments(module, way, length), seconds + grace);
     ModuleReport report;
-    report.story.source = "a run of ";
-    report.story.source +=
-        std::to_string(length.value_or(std::chrono::seconds(0)).count()) + " seconds by wren-host";
-    std::istringstream lines(outcome.lines);
+    report.story.source.append("a run of ").append(std::to_string(seconds.count()));
+    report.story.source.append(" seconds by wren-host");
+    std::istringstream lines(end.output);
     for (std::string line; std::getline(lines, line);) {
         json::error_code error;
         const json::value value = json::parse(line, error); // the last one may be half a line
@@ -159,9 +102,9 @@ ModuleReport examineAndRun(const std::filesystem::path& module, PluginInterface 
             take(report, value.get_object());
         }
     }
-    if (!outcome.problem.empty()) {
-        report.story.problem = outcome.problem;
-        report.module.emplace("problem", outcome.problem);
+    if (const std::string problem = problemOf(end); !problem.empty()) {
+        report.story.problem = problem;
+        report.module.emplace("problem", problem);
     }
     if (report.story.untilEnd.empty()) {
         report.story.untilEnd = report.story.entries;

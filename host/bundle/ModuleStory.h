@@ -28,9 +28,8 @@ struct ModuleReport {
     ModuleStory story;
 };
 
-/// Makes a plugin of the module, runs it for that long against the backend library that the module finds,
-/// ends it, and asks the module what it is. It asks the service for nothing. What cannot be done is told in
-/// the report; so is what the module did up to a crash, where it runs apart (see `runApart`).
+/// Runs the module in a process of its own (`printModuleRun`). What cannot be done is told in the report, and
+/// so is what the module did up to a crash, or until it was given up.
 /// @param length none: nothing is run, the module only tells what it is
 /// @throws HostError where no process is to be had for it
 ModuleReport examineAndRun(const std::filesystem::path& module, PluginInterface way,

@@ -1,8 +1,8 @@
 #include "host/validate/Validator.h"
 
+#include "host/ChildProcess.h"
 #include "host/HostError.h"
 #include "host/TimeZone.h"
-#include "host/validate/ChildProcess.h"
 #include "host/validate/Expect.h"
 #include "host/validate/Trial.h"
 
@@ -58,7 +58,7 @@ std::vector<std::string> childArguments(const Subject& subject, std::string_view
     return {"validate",
             subject.module.string(),
             "--interface",
-            subject.way == PluginInterface::C ? "c" : "cpp",
+            std::string(interfaceName(subject.way)),
             "--seed",
             std::to_string(subject.seed),
             joined({"--in-this-process=", check})};

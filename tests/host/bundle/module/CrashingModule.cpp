@@ -1,6 +1,7 @@
-// A module that logs a line and ends the process when a plugin is asked for.
+// A module that logs a line, writes to the output of the process and ends it when a plugin is asked for.
 #include "wren/Plugin.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <syslog.h>
 
@@ -10,6 +11,8 @@ PluginInterfaceList GetAvailableInterfaces() { return {nullptr, 0}; }
 
 Plugin* CreatePlugin(const char*) {
     ::syslog(LOG_INFO, "%s", "the last words");
+    std::puts("{\"output\":7}\n[1]\n{\"output\":{}");
+    std::fflush(stdout);
     std::abort();
 }
 

@@ -1,4 +1,4 @@
-#include "host/validate/ChildProcess.h"
+#include "host/ChildProcess.h"
 
 #include "host/HostError.h"
 #include "host/ProgramPath.h"
@@ -11,7 +11,7 @@
 #include <thread>
 #include <utility>
 
-namespace host::validate {
+namespace host {
 namespace {
 
 constexpr DWORD firstCrashCode = 0x80000000; // what an exception that nobody handles ends a process with
@@ -103,6 +103,9 @@ void readAll(HANDLE pipe, std::string& text) {
     DWORD count = 0;
     while (::ReadFile(pipe, part.data(), static_cast<DWORD>(part.size()), &count, nullptr) && count > 0) {
         text.append(part.data(), count);
+        if (text.size() > 2 * keptOutput) {
+            text.erase(0, text.size() - keptOutput);
+        }
     }
 }
 
@@ -139,4 +142,4 @@ ChildEnd runChild(const std::vector<std::string>& arguments, std::chrono::millis
     return end;
 }
 
-} // namespace host::validate
+} // namespace host

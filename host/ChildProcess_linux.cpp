@@ -1,4 +1,4 @@
-#include "host/validate/ChildProcess.h"
+#include "host/ChildProcess.h"
 
 #include "host/HostError.h"
 #include "host/ProgramPath.h"
@@ -15,7 +15,7 @@
 
 #include <algorithm>
 
-namespace host::validate {
+namespace host {
 namespace {
 
 [[noreturn]] void cannot(const char* what, int error) {
@@ -90,6 +90,9 @@ bool readSome(int descriptor, std::string& text) {
     char part[4096];
     const ssize_t count = ::read(descriptor, part, sizeof part);
     text.append(part, count > 0 ? static_cast<std::size_t>(count) : 0);
+    if (text.size() > 2 * keptOutput) {
+        text.erase(0, text.size() - keptOutput);
+    }
     return count > 0;
 }
 
@@ -152,4 +155,4 @@ ChildEnd runChild(const std::vector<std::string>& arguments, std::chrono::millis
     return end;
 }
 
-} // namespace host::validate
+} // namespace host
