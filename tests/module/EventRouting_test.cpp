@@ -311,15 +311,19 @@ TEST_F(EventRouting, DataplaneBrowserEventsWithoutContextRaiseNothing) {
 TEST_F(EventRouting, TileAndToastOpenTheDetails) {
     status(test::enrolledStatusDocument());
     dataplane(1, 0);
-    EXPECT_EQ(screens(press("quill_tile_details_action_toast_btn")),
-              Lines{"popup quill_alert_browser_dialog browse_for_local_content"});
-    EXPECT_EQ(screens(press("quill_tile_details_action_btn")), Lines{"popup quill_alert_browser_dialog"});
+    const Lines first = press("quill_tile_details_action_toast_btn");
+    EXPECT_EQ(screens(first), Lines{"popup quill_alert_browser_dialog browse_for_local_content"});
+    EXPECT_EQ(first.back(), done);
+    const Lines second = press("quill_tile_details_action_btn");
+    EXPECT_EQ(screens(second), Lines{"popup quill_alert_browser_dialog"});
+    EXPECT_EQ(second.back(), done);
 }
 
 TEST_F(EventRouting, ClosingTheAlertBrowserDismissesTheDialog) {
     openAlertDialog();
-    EXPECT_EQ(screens(event("<vtguiEvent id=\"quill_alert_browser_close_btn_OnClose\"/>")),
-              Lines{"dispose quill_alert_browser_dialog"});
+    const Lines lines = event("<vtguiEvent id=\"quill_alert_browser_close_btn_OnClose\"/>");
+    EXPECT_EQ(screens(lines), Lines{"dispose quill_alert_browser_dialog"});
+    EXPECT_EQ(lines.back(), done);
     EXPECT_EQ(screens(press("quill_tile_details_action_btn")),
               Lines{"popup quill_alert_browser_dialog browse_for_local_content"});
 }
@@ -329,6 +333,7 @@ TEST_F(EventRouting, AnErrorOfTheAlertBrowserDismissesTheDialogToo) {
     const Lines lines = event(browserEvent(alertBrowser, "OnError", "error=\"x\""));
     EXPECT_EQ(lines.front(), said(3, "Unexpected issue displaying alert dialog"));
     EXPECT_EQ(screens(lines), Lines{"dispose quill_alert_browser_dialog"});
+    EXPECT_EQ(lines.back(), done);
 }
 
 // The page inside the alert dialog.
@@ -370,12 +375,15 @@ TEST_F(EventRouting, DataplaneAuthOfThePageFindsTheRequestByItsContext) {
     };
     dataplane(1, 0);
     press("quill_tile_details_action_btn");
-    EXPECT_EQ(page("value=\"context-1\"").at(2),
-              said(3, "No dataplane notification or authentication request is currently available"));
+    const auto behindTheType = [](const Lines& lines) { return Lines(lines.begin() + 2, lines.end()); };
+    EXPECT_EQ(
+        behindTheType(page("value=\"context-1\"")),
+        (Lines{said(3, "No dataplane notification or authentication request is currently available"), done}));
     dataplane(0, 2);
-    EXPECT_EQ(page("").at(2), said(3, "No dataplane authentication context ID specified"));
-    EXPECT_EQ(page("value=\"context-3\"").at(2),
-              said(2, "Dataplane authentication request with specified context ID not found"));
+    EXPECT_EQ(behindTheType(page("")),
+              (Lines{said(3, "No dataplane authentication context ID specified"), done}));
+    EXPECT_EQ(behindTheType(page("value=\"context-3\"")),
+              (Lines{said(2, "Dataplane authentication request with specified context ID not found"), done}));
     EXPECT_EQ(screens(page("value=\"context-2\"")),
               Lines{"popup quill_dataplane_auth_browser_dialog browse_for_cookie"});
     EXPECT_EQ(
