@@ -33,6 +33,11 @@ void addText(json::object& line, std::string_view key, const char* text) {
     }
 }
 
+std::string textAt(const json::object& line, std::string_view key) {
+    const json::value* value = line.if_contains(key);
+    return value != nullptr && value->is_string() ? std::string(value->get_string()) : std::string();
+}
+
 json::object createdLine(bool hasObject) { return {{"out", "created"}, {"object", hasObject}}; }
 
 json::object resultLine(std::int32_t value) { return {{"out", "result"}, {"value", value}}; }

@@ -18,6 +18,9 @@ void addText(boost::json::object& line, std::string_view key, std::string_view t
 /// The same, or null for a null pointer.
 void addText(boost::json::object& line, std::string_view key, const char* text);
 
+/// The text under a key; empty where there is none, or only its Base64 form.
+std::string textAt(const boost::json::object& line, std::string_view key);
+
 boost::json::object createdLine(bool hasObject);
 boost::json::object resultLine(std::int32_t value);
 boost::json::object resultLine(bool value);

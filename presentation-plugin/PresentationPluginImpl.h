@@ -150,7 +150,7 @@ private:
     template <class Event>
     bool raise(const Event& event, std::string_view function, int line = __builtin_LINE()) WHILE_LOCKED;
 
-    // What the user did: one route for each group of kinds. All are called with `smMutex` held.
+    // What the user did: one route for each group of kinds.
     void routeEnroll() WHILE_LOCKED;
     void routeCancelEnrollment() WHILE_LOCKED;
     void routeUnenroll() WHILE_LOCKED;

@@ -14,8 +14,8 @@
 
 namespace {
 
-/// The names of the interfaces that the living records were made for, by address: what this module gave out.
 common2::Mutex cBasedPluginsMutex;
+/// The names of the interfaces that the living records were made for, by address: what this module gave out.
 std::map<const PresentationPluginCbasedMethods*, std::string>
     cBasedPlugins COMMON2_GUARDED_BY(cBasedPluginsMutex);
 

@@ -15,8 +15,6 @@
 #define COMMON2_GUARDED_BY(mutex) COMMON2_THREAD_ATTRIBUTE(guarded_by(mutex))
 /// A function that is called only while the mutex is held.
 #define COMMON2_REQUIRES(...) COMMON2_THREAD_ATTRIBUTE(requires_capability(__VA_ARGS__))
-/// A function that takes the mutex itself, so that its caller must not hold it.
-#define COMMON2_EXCLUDES(...) COMMON2_THREAD_ATTRIBUTE(locks_excluded(__VA_ARGS__))
 #define COMMON2_ACQUIRE(...) COMMON2_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
 #define COMMON2_ACQUIRE_SHARED(...) COMMON2_THREAD_ATTRIBUTE(acquire_shared_capability(__VA_ARGS__))
 /// Whichever way it is held.

@@ -52,11 +52,6 @@ std::string timeText(chrono::system_clock::time_point time) {
     return text;
 }
 
-std::string textAt(const json::object& line, std::string_view key) {
-    const json::value* value = line.if_contains(key);
-    return value != nullptr && value->is_string() ? std::string(value->get_string()) : std::string();
-}
-
 /// The last outputs of that kind, with their times where they have any. What is logged of the machine's
 /// identity is left out, as it is of sessions.
 std::vector<json::object> lastOf(const ModuleStory& story, std::string_view kind, std::size_t most) {

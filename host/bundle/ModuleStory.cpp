@@ -25,11 +25,6 @@ namespace json = boost::json;
 /// How long a module may take beyond the time that it is to run.
 constexpr std::chrono::seconds grace{20};
 
-std::string textAt(const json::object& line, std::string_view key) {
-    const json::value* value = line.if_contains(key);
-    return value != nullptr && value->is_string() ? std::string(value->get_string()) : std::string();
-}
-
 /// Adds one line of the module's run to the report. What is none was written by the module itself.
 void take(ModuleReport& report, json::object line) {
     ModuleStory& story = report.story;
