@@ -39,7 +39,7 @@ constexpr std::uint32_t seeOther = 303;
 constexpr std::uint32_t methodNotAllowed = 405;
 constexpr std::uint32_t gone = 410;
 
-std::string escaped(std::string_view text) {
+std::string inMarkup(std::string_view text) {
     std::string html;
     for (const char c : text) {
         switch (c) {
@@ -120,12 +120,12 @@ LoginPage formPage(std::uint32_t status, const OpenLogin& login, std::string_vie
             R"(<form method="post">
 <label for="user">User name</label>
 <input id="user" name="user" autocomplete="username" autocapitalize="none" spellcheck="false" required value=")" +
-            escaped(user) + R"(">
+            inMarkup(user) + R"(">
 <label for="password">Password</label>
 <input id="password" name="password" type="password" autocomplete="current-password" required)" +
             mark + R"(>
 <p class="hint" id="hint">This is a stand-in for a real login: any user name will do, and the password is <kbd>)" +
-            escaped(login.settings.password) + R"(</kbd>.</p>
+            inMarkup(login.settings.password) + R"(</kbd>.</p>
 <button>Log in</button>
 </form>
 )");

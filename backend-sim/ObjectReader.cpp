@@ -22,7 +22,7 @@ std::string joined(Words words) {
 }
 
 /// A key as a JSON pointer spells it.
-std::string escaped(std::string_view key) {
+std::string inPointer(std::string_view key) {
     std::string text;
     for (const char c : key) {
         text += c == '~' ? "~0" : c == '/' ? "~1" : std::string(1, c);
@@ -154,7 +154,7 @@ const json::value* ObjectReader::findText(std::string_view key, Presence presenc
     return found;
 }
 
-std::string ObjectReader::pathOf(std::string_view key) const { return ownPath + "/" + escaped(key); }
+std::string ObjectReader::pathOf(std::string_view key) const { return ownPath + "/" + inPointer(key); }
 
 void ObjectReader::fail(std::string_view key, const std::string& complaint) const {
     const std::string place = key.empty() ? ownPath : pathOf(key);

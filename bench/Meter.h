@@ -10,7 +10,7 @@
 namespace bench {
 
 /// Does a work so often before any count that all its memory has its size.
-inline constexpr unsigned warmUpSteps = 4;
+inline constexpr unsigned warmUpSteps = 2;
 
 /// Does a work in this process, as the child that is counted: first the warm-up, then `steps` steps inside
 /// the one function that is counted.

@@ -3,18 +3,28 @@
 
 set(WREN_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 option(WREN_COVERAGE "Count executed lines" OFF)
+option(WREN_FUZZ "Build the fuzz targets beside the tests; needs clang" OFF)
 
 add_library(wren_flags INTERFACE)
 target_compile_options(wren_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    -Wall -Wextra -Wpedantic -Wconversion -Werror
+    # Where sources are compiled together, the names of one are seen by the next.
+    $<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow>
     # Which mutex guards what: common2/util/ThreadSafety.h.
     $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
+
+# What is built names its sources as the tree does, wherever the tree lies.
+add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 
 if(WREN_SANITIZE)
     add_compile_options(-fsanitize=${WREN_SANITIZE} -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${WREN_SANITIZE})
     if(WREN_SANITIZE MATCHES "undefined")
         add_compile_options(-fno-sanitize-recover=undefined)
+    endif()
+    if(WREN_SANITIZE MATCHES "address")
+        # A class of the SDK has its table in each library that uses it.
+        add_compile_options(-fsanitize-address-use-odr-indicator)
     endif()
 endif()
 

@@ -21,8 +21,6 @@ constexpr std::string_view base64Suffix = "_base64";
 constexpr KeyRule objectRule{"object", KeyKind::Name, false};
 constexpr KeyRule disposedObjectRule{"object", KeyKind::NullableName, false};
 
-std::string quoted(std::string_view text) { return json::serialize(json::value(text)); }
-
 std::string withSuffix(std::string_view key) { return std::string(key).append(base64Suffix); }
 
 /// "a", "b" or "c"
@@ -31,7 +29,7 @@ std::string alternatives(const Range& range, Name name) {
     std::string list;
     for (std::size_t i = 0; i < range.size(); ++i) {
         list += i == 0 ? "" : i + 1 < range.size() ? ", " : " or ";
-        list += quoted(name(range[i]));
+        list += jsonString(name(range[i]));
     }
     return list;
 }
@@ -49,7 +47,7 @@ const LineRule& chooseRule(const json::object& fields) {
         return fields.contains(rule.keys.front().name);
     });
     if (found == rules.end()) {
-        throw HostError(quoted(rules.front().word) + " needs " +
+        throw HostError(jsonString(rules.front().word) + " needs " +
                         alternatives(rules, [](const LineRule& rule) { return rule.keys.front().name; }));
     }
     return *found;
@@ -137,7 +135,7 @@ std::optional<Value> readKey(const json::object& fields, const KeyRule& rule) {
     if (const json::value* plain = fields.if_contains(rule.name)) {
         auto value = convert(*plain, rule);
         if (!value) {
-            throw HostError(quoted(rule.name) + " must be " + expectation(rule));
+            throw HostError(jsonString(rule.name) + " must be " + expectation(rule));
         }
         return value;
     }
@@ -148,7 +146,7 @@ std::optional<Value> readKey(const json::object& fields, const KeyRule& rule) {
     }
     auto bytes = encoded->is_string() ? decodeBase64(encoded->get_string()) : std::nullopt;
     if (!bytes) {
-        throw HostError(quoted(encodedKey) + " must be a text in Base64");
+        throw HostError(jsonString(encodedKey) + " must be a text in Base64");
     }
     return std::move(*bytes);
 }
@@ -163,12 +161,12 @@ bool isKeyOf(const LineRule& rule, std::string_view key) {
 void refuseUnknownKeys(const json::object& fields, const LineRule& rule) {
     for (const auto& [key, value] : fields) {
         if (!isKeyOf(rule, key)) {
-            throw HostError(quoted(rule.word) + " knows no key " + quoted(key));
+            throw HostError(jsonString(rule.word) + " knows no key " + jsonString(key));
         }
     }
     for (const KeyRule& known : rule.keys) {
         if (mayBeBase64(known) && fields.contains(known.name) && fields.contains(withSuffix(known.name))) {
-            throw HostError(quoted(known.name) + " is given twice");
+            throw HostError(jsonString(known.name) + " is given twice");
         }
     }
 }
@@ -204,7 +202,7 @@ SessionInput::SessionInput(const json::object& fields, unsigned line)
         if (auto value = readKey(fields, key)) {
             values.emplace_back(key.name, std::move(*value));
         } else if (key.isRequired) {
-            throw HostError(quoted(word) + " needs " + quoted(key.name));
+            throw HostError(jsonString(word) + " needs " + jsonString(key.name));
         }
     }
 }

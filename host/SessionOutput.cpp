@@ -16,11 +16,11 @@ namespace {
 
 namespace json = boost::json;
 
-enum class Kind { Text, NullableText, Number, NullableNumber, Flag, NumberOrFlag, Entries };
+enum class ValueKind { Text, NullableText, Number, NullableNumber, Flag, NumberOrFlag, Entries };
 
 struct OutputKey {
     std::string_view name;
-    Kind kind;
+    ValueKind kind;
 };
 
 struct OutputRule {
@@ -28,24 +28,26 @@ struct OutputRule {
     std::span<const OutputKey> keys;
 };
 
-constexpr std::array commonKeys{OutputKey{"n", Kind::Number}, OutputKey{"optional", Kind::Flag}};
-constexpr std::array interfacesKeys{OutputKey{"entries", Kind::Entries}};
-constexpr std::array createdKeys{OutputKey{"object", Kind::Flag}};
-constexpr std::array resultKeys{OutputKey{"value", Kind::NumberOrFlag}, OutputKey{"size", Kind::Number},
-                                OutputKey{"text", Kind::NullableText},
-                                OutputKey{"first_byte", Kind::NullableNumber}};
-constexpr std::array noticeKeys{OutputKey{"callbacks", Kind::Text}, OutputKey{"handle", Kind::Number},
-                                OutputKey{"xml", Kind::Text}};
-constexpr std::array stopDoneKeys{OutputKey{"callbacks", Kind::Text}, OutputKey{"handle", Kind::Number}};
-constexpr std::array apiKeys{OutputKey{"operation", Kind::Text}, OutputKey{"json", Kind::NullableText}};
-constexpr std::array logKeys{OutputKey{"severity", Kind::Number}, OutputKey{"function", Kind::Text},
-                             OutputKey{"file", Kind::Text}, OutputKey{"line", Kind::Number},
-                             OutputKey{"message", Kind::Text}};
+constexpr std::array commonKeys{OutputKey{"n", ValueKind::Number}, OutputKey{"optional", ValueKind::Flag}};
+constexpr std::array interfacesKeys{OutputKey{"entries", ValueKind::Entries}};
+constexpr std::array createdKeys{OutputKey{"object", ValueKind::Flag}};
+constexpr std::array outcomeKeys{
+    OutputKey{"value", ValueKind::NumberOrFlag}, OutputKey{"size", ValueKind::Number},
+    OutputKey{"text", ValueKind::NullableText}, OutputKey{"first_byte", ValueKind::NullableNumber}};
+constexpr std::array noticeKeys{OutputKey{"callbacks", ValueKind::Text},
+                                OutputKey{"handle", ValueKind::Number}, OutputKey{"xml", ValueKind::Text}};
+constexpr std::array stopDoneKeys{OutputKey{"callbacks", ValueKind::Text},
+                                  OutputKey{"handle", ValueKind::Number}};
+constexpr std::array apiKeys{OutputKey{"operation", ValueKind::Text},
+                             OutputKey{"json", ValueKind::NullableText}};
+constexpr std::array logKeys{OutputKey{"severity", ValueKind::Number}, OutputKey{"function", ValueKind::Text},
+                             OutputKey{"file", ValueKind::Text}, OutputKey{"line", ValueKind::Number},
+                             OutputKey{"message", ValueKind::Text}};
 
-constexpr std::array<OutputRule, 7> rules{{
+constexpr std::array<OutputRule, 7> outputRules{{
     {"interfaces", interfacesKeys},
     {"created", createdKeys},
-    {"result", resultKeys},
+    {"result", outcomeKeys},
     {"notice", noticeKeys},
     {"stop_done", stopDoneKeys},
     {"api", apiKeys},
@@ -53,10 +55,10 @@ constexpr std::array<OutputRule, 7> rules{{
 }};
 
 const OutputRule& ruleOf(const json::value& word) {
-    const auto rule = std::find_if(rules.begin(), rules.end(), [&](const OutputRule& known) {
+    const auto rule = std::find_if(outputRules.begin(), outputRules.end(), [&](const OutputRule& known) {
         return word.is_string() && known.word == std::string_view(word.get_string());
     });
-    if (rule == rules.end()) {
+    if (rule == outputRules.end()) {
         throw HostError("unknown \"out\": " + json::serialize(word));
     }
     return *rule;
@@ -72,21 +74,21 @@ bool isInterfaceEntry(const json::value& value) {
            isNumber(*version);
 }
 
-bool isOfKind(const json::value& value, Kind kind) {
+bool isOfKind(const json::value& value, ValueKind kind) {
     switch (kind) {
-    case Kind::Text:
+    case ValueKind::Text:
         return value.is_string();
-    case Kind::NullableText:
+    case ValueKind::NullableText:
         return value.is_string() || value.is_null();
-    case Kind::Number:
+    case ValueKind::Number:
         return isNumber(value);
-    case Kind::NullableNumber:
+    case ValueKind::NullableNumber:
         return isNumber(value) || value.is_null();
-    case Kind::Flag:
+    case ValueKind::Flag:
         return value.is_bool();
-    case Kind::NumberOrFlag:
+    case ValueKind::NumberOrFlag:
         return isNumber(value) || value.is_bool();
-    case Kind::Entries:
+    case ValueKind::Entries:
         break;
     }
     const json::array* entries = value.if_array();
@@ -106,7 +108,7 @@ bool isBase64Text(std::span<const OutputKey> keys, std::string_view name, const 
         return false;
     }
     const OutputKey* key = find(keys, name.substr(0, name.size() - suffix.size()));
-    return key != nullptr && (key->kind == Kind::Text || key->kind == Kind::NullableText) &&
+    return key != nullptr && (key->kind == ValueKind::Text || key->kind == ValueKind::NullableText) &&
            decodeBase64(value.get_string()).has_value();
 }
 

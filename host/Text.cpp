@@ -1,5 +1,8 @@
 #include "host/Text.h"
 
+#include <boost/json/serialize.hpp>
+#include <boost/json/value.hpp>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -127,6 +130,8 @@ std::string printable(std::string_view text) {
     }
     return safe;
 }
+
+std::string jsonString(std::string_view text) { return boost::json::serialize(boost::json::value(text)); }
 
 std::string xmlEscaped(std::string_view text) {
     std::string escaped;

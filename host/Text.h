@@ -19,6 +19,9 @@ std::optional<std::string> decodeBase64(std::string_view text);
 /// The text with blanks for its control characters, which a terminal would obey.
 std::string printable(std::string_view text);
 
+/// The text as a JSON string, in its quotes.
+std::string jsonString(std::string_view text);
+
 /// The text as the value of an XML attribute between double quotes.
 std::string xmlEscaped(std::string_view text);
 

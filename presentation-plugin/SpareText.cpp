@@ -3,7 +3,7 @@
 namespace {
 
 /// Storage above this is for a huge document only and is not kept.
-constexpr std::size_t mostKept = 256 * 1024;
+constexpr std::size_t mostSpared = 256 * 1024;
 
 } // namespace
 
@@ -16,7 +16,7 @@ SpareText::Loan::Loan(SpareText& lender)
 }
 
 SpareText::Loan::~Loan() {
-    text->reset(mostKept);
+    text->reset(mostSpared);
     text.reset(owner.spare.exchange(text.release()));
 }
 

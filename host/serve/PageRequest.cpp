@@ -2,6 +2,7 @@
 
 #include "host/DuplicateKeys.h"
 #include "host/SessionFormat.h"
+#include "host/Text.h"
 
 #include <boost/json/object.hpp>
 #include <boost/json/parse.hpp>
@@ -81,8 +82,6 @@ const Form forms[] = {
     {"clear_history", RequestKind::ClearHistory, {}},
 };
 
-std::string quoted(std::string_view text) { return json::serialize(json::value(text)); }
-
 std::optional<std::uint64_t> wholeNumber(const json::value& value, std::uint64_t lowest,
                                          std::uint64_t highest) {
     // The parser keeps a number as unsigned only where it is too great for a signed one.
@@ -94,7 +93,7 @@ std::optional<std::uint64_t> wholeNumber(const json::value& value, std::uint64_t
 std::string alternatives(std::span<const std::string_view> words) {
     std::string list;
     for (std::size_t i = 0; i < words.size(); ++i) {
-        list += (i == 0 ? "" : i + 1 < words.size() ? ", " : " or ") + quoted(words[i]);
+        list += (i == 0 ? "" : i + 1 < words.size() ? ", " : " or ") + jsonString(words[i]);
     }
     return list;
 }
@@ -169,7 +168,7 @@ void refuseUnknownKeys(const json::object& fields, const Form& form, std::uint64
                              std::any_of(form.keys.begin(), form.keys.end(),
                                          [&](const Key& known) { return known.name == key; });
         if (!isKnown) {
-            throw RequestFault(id, quoted(form.word) + " knows no key " + quoted(key));
+            throw RequestFault(id, jsonString(form.word) + " knows no key " + jsonString(key));
         }
     }
 }
@@ -180,7 +179,7 @@ PageRequest::PageRequest(std::string_view message) {
     const json::object fields = objectOf(message);
     ownId = idOf(fields);
     if (const auto twice = duplicateKey(message)) {
-        throw RequestFault(ownId, quoted(*twice) + " is given twice");
+        throw RequestFault(ownId, jsonString(*twice) + " is given twice");
     }
     const Form& form = formOf(fields, ownId);
     ownKind = form.kind;
@@ -188,12 +187,12 @@ PageRequest::PageRequest(std::string_view message) {
     for (const Key& key : form.keys) {
         const json::value* given = fields.if_contains(key.name);
         if (given == nullptr && key.isRequired) {
-            throw RequestFault(ownId, quoted(form.word) + " needs " + quoted(key.name));
+            throw RequestFault(ownId, jsonString(form.word) + " needs " + jsonString(key.name));
         }
         if (given != nullptr) {
             auto value = valueOf(*given, key);
             if (!value) {
-                throw RequestFault(ownId, quoted(key.name) + " must be " + expectation(key));
+                throw RequestFault(ownId, jsonString(key.name) + " must be " + expectation(key));
             }
             values.emplace(key.name, std::move(*value));
         }

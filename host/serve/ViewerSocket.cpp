@@ -104,30 +104,28 @@ void ViewerSocket::write() {
         return;
     }
     written = feed.next();
-    if (!written) {
-        return farewell.empty() ? void() : sayFarewell();
+    if (!written && !farewell.empty()) {
+        isOver = true;
+        written = std::make_shared<const std::string>(goodbyeMessage(farewell));
     }
-    socket.async_write(boost::asio::buffer(*written),
-                       [self = shared_from_this()](const Error& error, std::size_t) {
-                           self->written = nullptr;
-                           if (error) {
-                               return self->end();
-                           }
-                           self->write();
-                           self->read();
-                       });
+    if (written) {
+        socket.async_write(
+            boost::asio::buffer(*written),
+            [self = shared_from_this()](const Error& error, std::size_t) { self->onWritten(error); });
+    }
 }
 
-void ViewerSocket::sayFarewell() {
-    isOver = true;
-    written = std::make_shared<const std::string>(goodbyeMessage(farewell));
-    socket.async_write(boost::asio::buffer(*written), [self = shared_from_this()](const Error& error,
-                                                                                  std::size_t) {
-        if (error) {
-            return self->end();
-        }
-        self->socket.async_close(websocket::close_code::going_away, [self](const Error&) { self->end(); });
-    });
+void ViewerSocket::onWritten(const Error& error) {
+    written = nullptr;
+    if (error) {
+        return end();
+    }
+    if (isOver) {
+        return socket.async_close(websocket::close_code::going_away,
+                                  [self = shared_from_this()](const Error&) { self->end(); });
+    }
+    write();
+    read();
 }
 
 void ViewerSocket::end() {

@@ -39,10 +39,11 @@ private:
     void take(const std::string& message);
     void answer(std::optional<std::uint64_t> id, const std::string& error);
     void write();
-    void sayFarewell();
+    void onWritten(const Error& error);
     void end();
 
-    boost::beast::websocket::stream<boost::beast::tcp_stream> socket;
+    // Never compressed: viewers are on this machine.
+    boost::beast::websocket::stream<boost::beast::tcp_stream, false> socket;
     LiveView& view;
     ViewerHub& hub;
     ViewerFeed feed;

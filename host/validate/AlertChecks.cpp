@@ -168,7 +168,7 @@ void tellsWhatKeepsFromEnrolling(Trial& trial) {
                 R"(errors."})");
 }
 
-constexpr Check table[] = {
+constexpr Check alertTable[] = {
     {"alerts.none", "Where all is well the page gets an empty list.", Through::Both, &findsNothingWrong},
     {"alerts.components", "Each component's trouble is an alert, in the order of priority.", Through::Both,
      &findsEveryTrouble},
@@ -194,6 +194,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> alertChecks() { return table; }
+std::span<const Check> alertChecks() { return alertTable; }
 
 } // namespace host::validate

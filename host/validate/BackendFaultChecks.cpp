@@ -165,7 +165,7 @@ void waitsForAFailedEnrollmentsEnd(Trial& trial) {
                 {"tile update Transition \"Enrolling...\" \"Enrolling\" [Cancel]"});
 }
 
-constexpr Check table[] = {
+constexpr Check backendFaultTable[] = {
     {"faults.connection", "A connection that is not made leaves the plugin registered with the error shown.",
      Through::Both, &standsAFailedConnection},
     {"faults.start", "A connection that does not start does likewise.", Through::Both, &standsAFailedStart},
@@ -186,6 +186,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> backendFaultChecks() { return table; }
+std::span<const Check> backendFaultChecks() { return backendFaultTable; }
 
 } // namespace host::validate

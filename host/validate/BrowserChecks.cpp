@@ -179,7 +179,7 @@ void disposesInShort(Trial& trial) {
     expectEqual("parts of the popup", static_cast<std::int64_t>(partOf(notice, "popup").children.size()), 0);
 }
 
-constexpr Check table[] = {
+constexpr Check browserTable[] = {
     {"browsers.login", "The login's browser has its addresses, its cookie and its events.", Through::Both,
      &opensTheLogin},
     {"browsers.empty-names", "What is empty is left out of a browser.", Through::Both,
@@ -201,6 +201,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> browserChecks() { return table; }
+std::span<const Check> browserChecks() { return browserTable; }
 
 } // namespace host::validate

@@ -207,7 +207,7 @@ void takesRanges(Trial& trial) {
                   json::serialize(with(document, "/dataplane_alerts/0/code", -1)));
 }
 
-constexpr Check table[] = {
+constexpr Check documentTable[] = {
     {"documents.copies", "Each of the five documents goes to the host's log under its name.", Through::Both,
      &copiesEveryKind},
     {"documents.no-json", "A text that is no JSON causes nothing.", Through::Both, &dropsWhatIsNoJson},
@@ -235,6 +235,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> documentChecks() { return table; }
+std::span<const Check> documentChecks() { return documentTable; }
 
 } // namespace host::validate

@@ -31,4 +31,7 @@ boost::json::value progressDocument(std::string_view status, std::string_view su
 /// Of the enrollment "enrollment-1": asks for the user's login.
 boost::json::value loginDocument();
 
+/// The control of the login's browser, as events name it.
+inline constexpr std::string_view loginControl = "quill_enrollment_browser_web_control";
+
 } // namespace host::validate

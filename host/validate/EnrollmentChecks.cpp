@@ -8,7 +8,6 @@
 namespace host::validate {
 namespace {
 
-constexpr std::string_view loginControl = "quill_enrollment_browser_web_control";
 constexpr std::string_view closeBrowser = "dispose quill_enrollment_browser_dialog";
 constexpr std::string_view finalTile =
     "tile update Attention \"Registration is required to access secure resources.\" \"Registration "
@@ -107,8 +106,8 @@ void succeeds(Trial& trial) {
     expectEqual("notices of the end", trial.enrollment("complete", "success").shown(),
                 {"tile update Transition \"Enrollment complete. Please wait...\" \"Enrollment complete\" []",
                  "hide-window",
-                 "toast \"Norvane Kestrel Suite\" \"Congratulations! You have successfully enrolled and now "
-                 "have access to your secure resources.\"",
+                 ("toast \"Norvane Kestrel Suite\" \"Congratulations! You have successfully enrolled and now "
+                  "have access to your secure resources.\""),
                  std::string(closeBrowser), "stats-overview update", "stats-details update",
                  "tile update Good \"Wren Gate is active.\" \"Active\" []", "adv-enrollment update enabled",
                  "adv-sync update enabled \"11/14/23 21:56:40\""});
@@ -240,7 +239,7 @@ void takesTheNewId(Trial& trial) {
                 {R"(CancelEnrollment {"version":"1","enrollment_id":"other"})"});
 }
 
-constexpr Check table[] = {
+constexpr Check enrollmentTable[] = {
     {"enrollment.begin", "Enroll says so on the tile and asks the backend with the first choice.",
      Through::Both, &begins},
     {"enrollment.once", "A second press of Enroll asks for nothing.", Through::Both, &beginsOnce},
@@ -279,6 +278,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> enrollmentChecks() { return table; }
+std::span<const Check> enrollmentChecks() { return enrollmentTable; }
 
 } // namespace host::validate

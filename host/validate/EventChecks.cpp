@@ -151,8 +151,6 @@ void forgetsDialogs(Trial& trial) {
     expectEqual("its kind", lineAt(loggedEvent(late), 1), "EVENT_INVALID");
 }
 
-constexpr std::string_view loginControl = "quill_enrollment_browser_web_control";
-
 /// What the backend gets for an event of the login's browser with these children.
 Lines replyTo(Trial& trial, std::string_view children) {
     trial.begin();
@@ -206,7 +204,7 @@ void takesGreatValues(Trial& trial) {
     expect(replyTo(trial, browserWith(cookie)) == replyWith(cookie), "a great value arrives otherwise");
 }
 
-constexpr Check table[] = {
+constexpr Check eventTable[] = {
     {"events.null", "A null document is refused with -10.", Through::Both, &refusesNull},
     {"events.malformed", "What is no XML is refused with -10 and told to nobody.", Through::Both,
      &refusesWhatIsNoXml},
@@ -235,6 +233,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> eventChecks() { return table; }
+std::span<const Check> eventChecks() { return eventTable; }
 
 } // namespace host::validate

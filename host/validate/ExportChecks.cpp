@@ -172,7 +172,7 @@ void unloadsWhileItRuns(Trial& trial) {
     }
 }
 
-constexpr Check table[] = {
+constexpr Check exportTable[] = {
     {"exports.functions", "The module exports its five functions by name.", Through::Both,
      &exportsItsFunctions},
     {"interfaces.entries", "The list holds the plain interface and the C interface, each in version 3.",
@@ -210,6 +210,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> exportChecks() { return table; }
+std::span<const Check> exportChecks() { return exportTable; }
 
 } // namespace host::validate

@@ -170,7 +170,7 @@ void hasNoApprovals(Trial& trial) {
     expectEqual("ApprovalEventNotification", plugin.ApprovalEventNotification(0), -2);
 }
 
-constexpr Check table[] = {
+constexpr Check getterTable[] = {
     {"texts.identity", "The identity is the one that notices name.", Through::Both, &tellsItsIdentity},
     {"texts.label", "The label is \"Wren Gate\".", Through::Both, &tellsItsLabel},
     {"texts.version", "The display version is \"5.1.11.2143\".", Through::Both, &tellsItsVersion},
@@ -197,6 +197,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> getterChecks() { return table; }
+std::span<const Check> getterChecks() { return getterTable; }
 
 } // namespace host::validate

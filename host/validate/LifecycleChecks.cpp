@@ -149,7 +149,7 @@ void takesCallsInAnyOrder(Trial& trial) {
     }
 }
 
-constexpr Check table[] = {
+constexpr Check lifecycleTable[] = {
     {"lifecycle.start-unregistered", "Start before Register is refused and causes nothing.", Through::Both,
      &refusesStartBeforeRegister},
     {"lifecycle.stop-unstarted", "Stop before Start is refused and tells of no end.", Through::Both,
@@ -182,6 +182,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> lifecycleChecks() { return table; }
+std::span<const Check> lifecycleChecks() { return lifecycleTable; }
 
 } // namespace host::validate

@@ -150,7 +150,7 @@ void tracesItsMachine(Trial& trial) {
                "Registered_s -> class Starting_s");
 }
 
-constexpr Check table[] = {
+constexpr Check logTable[] = {
     {"log.form", "Every line tells its severity, its function and where that stands.", Through::Both,
      &writesLinesOfOneForm},
     {"log.severities", "With everything let through, lines of every severity come.", Through::Both,
@@ -178,6 +178,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> logChecks() { return table; }
+std::span<const Check> logChecks() { return logTable; }
 
 } // namespace host::validate

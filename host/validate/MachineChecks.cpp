@@ -155,7 +155,7 @@ void waitsForAStatus(Trial& trial) {
                 "tile update Attention \"Tile 1\" \"Access blocked\" [Details]");
 }
 
-constexpr Check table[] = {
+constexpr Check machineTable[] = {
     {"unenrollment.begin", "Unenroll asks the backend, once, and says so.", Through::Both, &unenrolls},
     {"unenrollment.success", "A success draws what came meanwhile.", Through::Both, &endsAnUnenrollment},
     {"unenrollment.failure", "A failure has its error popup.", Through::Both, &tellsOfAFailedUnenrollment},
@@ -183,6 +183,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> machineChecks() { return table; }
+std::span<const Check> machineChecks() { return machineTable; }
 
 } // namespace host::validate

@@ -130,7 +130,7 @@ void copiesDocumentsWhole(Trial& trial) {
     expectEqual("the copy", notice.children.at(0).text, text);
 }
 
-constexpr Check table[] = {
+constexpr Check noticeTable[] = {
     {"notices.readable", "Every notice is one well-formed document in UTF-8.", Through::Both,
      &keepsTheRule<Rule::ReadableNotice>},
     {"notices.module", "Every notice names the module that it comes from.", Through::Both,
@@ -161,6 +161,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> noticeChecks() { return table; }
+std::span<const Check> noticeChecks() { return noticeTable; }
 
 } // namespace host::validate

@@ -44,8 +44,8 @@ void setsTheEnrollmentGroupUp(Trial& trial) {
 void setsTheSyncGroupUp(Trial& trial) {
     expectEqual("the group's texts", textsIn(trial.begin().notice("adv-sync setup")),
                 {"quill_config_sync_group_label: Configuration Synchronization:",
-                 "quill_config_sync_description_label: Sync your device to get the latest updates from your "
-                 "organization.",
+                 ("quill_config_sync_description_label: Sync your device to get the latest updates from your "
+                  "organization."),
                  "quill_config_sync_last_sync_desc_label: Last successful sync:",
                  "quill_config_sync_last_sync_label: None", "quill_config_sync_btn: Sync now"});
 }
@@ -118,7 +118,7 @@ void tellsThatItNeverSynced(Trial& trial) {
                 "adv-sync update enabled \"None\"");
 }
 
-constexpr Check table[] = {
+constexpr Check panelTable[] = {
     {"panels.enrollment-setup", "The enrollment group's setup holds its texts.", Through::Both,
      &setsTheEnrollmentGroupUp},
     {"panels.sync-setup", "The synchronization group's setup holds its texts.", Through::Both,
@@ -140,6 +140,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> panelChecks() { return table; }
+std::span<const Check> panelChecks() { return panelTable; }
 
 } // namespace host::validate

@@ -149,7 +149,7 @@ void closesAnError(Trial& trial) {
     }
 }
 
-constexpr Check table[] = {
+constexpr Check popupTable[] = {
     {"toasts.enroll", "A toast invites to enroll where the state has changed.", Through::Both,
      &invitesToEnroll},
     {"toasts.managed", "Nobody is invited who may not enroll.", Through::Both, &invitesNobodyElse},
@@ -170,6 +170,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> popupChecks() { return table; }
+std::span<const Check> popupChecks() { return popupTable; }
 
 } // namespace host::validate

@@ -107,7 +107,7 @@ void usesTheLatestRecords(Trial& trial) {
     expectEqual("Stop", trial.stop().result, 0);
 }
 
-constexpr Check table[] = {
+constexpr Check recordTable[] = {
     {"record.size", "The record tells its size.", Through::C, &tellsItsSize},
     {"record.functions", "Every field of the record is filled.", Through::C, &holdsEveryFunction},
     {"record.null-handle", "Every function refuses a null handle and touches nothing.", Through::C,
@@ -127,6 +127,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> recordChecks() { return table; }
+std::span<const Check> recordChecks() { return recordTable; }
 
 } // namespace host::validate

@@ -104,7 +104,7 @@ void takesAnotherHost(Trial& trial) {
     expectEqual("Stop", trial.stop().result, 0);
 }
 
-constexpr Check table[] = {
+constexpr Check registrationTable[] = {
     {"register.null-arguments", "Register refuses null arguments with -4.", Through::Both,
      &refusesNullArguments},
     {"register.null-callbacks", "Register refuses null callbacks with -4.", Through::Cpp,
@@ -127,6 +127,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> registrationChecks() { return table; }
+std::span<const Check> registrationChecks() { return registrationTable; }
 
 } // namespace host::validate

@@ -244,7 +244,7 @@ void answersInsideACallback(Trial& trial) {
     expect(calls > 0 && isRight, "an answer inside a callback is wrong");
 }
 
-constexpr Check table[] = {
+constexpr Check robustnessTable[] = {
     {"robustness.damaged-documents", "Damaged documents do no harm.", Through::Both, &standsDamagedDocuments},
     {"robustness.damaged-events", "Damaged events are taken or refused and do no harm.", Through::Both,
      &standsDamagedEvents},
@@ -264,6 +264,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> robustnessChecks() { return table; }
+std::span<const Check> robustnessChecks() { return robustnessTable; }
 
 } // namespace host::validate

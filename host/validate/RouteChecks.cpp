@@ -118,7 +118,7 @@ void dismissesABrokenPage(Trial& trial) {
                 {"popup quill_alert_browser_dialog browse_for_local_content"});
 }
 
-constexpr Check table[] = {
+constexpr Check routeTable[] = {
     {"routes.before-status", "Before any status every click is refused with 0 and does nothing.",
      Through::Both, &refusesBeforeAnyStatus},
     {"routes.enroll-choice", "Enroll needs a choice with an id.", Through::Both, &enrollsWithAChoiceOnly},
@@ -142,6 +142,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> routeChecks() { return table; }
+std::span<const Check> routeChecks() { return routeTable; }
 
 } // namespace host::validate

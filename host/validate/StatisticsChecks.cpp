@@ -258,7 +258,7 @@ void saysWhetherRowsAreUpdated(Trial& trial) {
     expectEqual("the details' attributes", flagOf("stats-details update", detailsId), "false 2");
 }
 
-constexpr Check table[] = {
+constexpr Check statisticsTable[] = {
     {"statistics.overview-setup", "The overview is set up with four unknown statuses.", Through::Both,
      &setsTheOverviewUp},
     {"statistics.details-setup", "The details are set up with all their groups and rows.", Through::Both,
@@ -289,6 +289,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> statisticsChecks() { return table; }
+std::span<const Check> statisticsChecks() { return statisticsTable; }
 
 } // namespace host::validate

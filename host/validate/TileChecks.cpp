@@ -38,10 +38,10 @@ void laysTheTileOut(Trial& trial) {
     };
     expectEqual(
         "the tile's elements", elements,
-        {"label id=simple_tile_label value=Wren Gate tooltip=Navigate to WREN Advanced Window "
-         "color=black hidden=false disabled=false",
-         "label id=simple_status value=Initializing. Please wait... tooltip= color=black "
-         "hidden=false disabled=false",
+        {("label id=simple_tile_label value=Wren Gate tooltip=Navigate to WREN Advanced Window "
+          "color=black hidden=false disabled=false"),
+         ("label id=simple_status value=Initializing. Please wait... tooltip= color=black "
+          "hidden=false disabled=false"),
          "log messagehistory=Initializing. Please wait...", button("quill_tile_enroll_action_btn", "Enroll"),
          button("quill_tile_cancel_action_btn", "Cancel"), button("quill_tile_details_action_btn", "Details"),
          button("quill_tile_verify_action_btn", "Verify"),
@@ -213,7 +213,7 @@ void keepsTheHistory(Trial& trial) {
     expect(blank.notice("tile ").child("log") == nullptr, "a line of blanks goes into the history");
 }
 
-constexpr Check table[] = {
+constexpr Check tileTable[] = {
     {"tile.layout", "The tile's setup holds its elements with their attributes, in order.", Through::Both,
      &laysTheTileOut},
     {"tile.active", "Enrolled and well: the tile says so and offers nothing.", Through::Both, &saysActive},
@@ -247,6 +247,6 @@ constexpr Check table[] = {
 
 } // namespace
 
-std::span<const Check> tileChecks() { return table; }
+std::span<const Check> tileChecks() { return tileTable; }
 
 } // namespace host::validate

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::array<WrenAlertStrings_t, 18> rows{{
+constexpr std::array<WrenAlertStrings_t, 18> alertStrings{{
     // ALERT_UNEXPECTED
     {.priority = 0,
      .tile_message = "Kestrel Suite error. Contact your IT help desk.",
@@ -175,10 +175,10 @@ constexpr std::array<WrenAlertStrings_t, 18> rows{{
      .long_message = "Access to secure resource is blocked. Contact your IT help desk.",
      .action_label = "See Details"},
 }};
-static_assert(rows.size() == ALERT_DATAPLANE_CONNECTIVITY + 1);
+static_assert(alertStrings.size() == ALERT_DATAPLANE_CONNECTIVITY + 1);
 
 } // namespace
 
 const WrenAlertStrings_t& WrenAlertStringTable::GetEntry(WrenAlertId id) {
-    return stringTableRow(rows, id, "WrenAlertStringTable::GetEntry");
+    return stringTableRow(alertStrings, id, "WrenAlertStringTable::GetEntry");
 }

@@ -7,7 +7,7 @@
 namespace {
 
 /// All buttons are hidden and disabled but for what a row says.
-constexpr std::array<WrenProgressStrings_t, 16> rows{{
+constexpr std::array<WrenProgressStrings_t, 16> enrollmentStrings{{
     // ENROLL_DEFAULT
     {.tile_message = "Enrolling...",
      .tile_title = "Enrollment error",
@@ -77,10 +77,10 @@ constexpr std::array<WrenProgressStrings_t, 16> rows{{
      .error_message = "Failed to communicate with Trusted Platform Module (TPM) on your device. Contact your "
                       "IT help desk."},
 }};
-static_assert(rows.size() == ENROLL_NO_HARDWARE_SECURITY_ERROR + 1);
+static_assert(enrollmentStrings.size() == ENROLL_NO_HARDWARE_SECURITY_ERROR + 1);
 
 } // namespace
 
 const WrenProgressStrings_t& WrenEnrollmentStringTable::GetEntry(WrenEnrollmentStringId id) {
-    return stringTableRow(rows, id, "WrenEnrollmentStringTable::GetEntry");
+    return stringTableRow(enrollmentStrings, id, "WrenEnrollmentStringTable::GetEntry");
 }

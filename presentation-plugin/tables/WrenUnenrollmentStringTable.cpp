@@ -7,7 +7,7 @@
 namespace {
 
 /// All buttons are hidden and disabled but for what a row says.
-constexpr std::array<WrenProgressStrings_t, 5> rows{{
+constexpr std::array<WrenProgressStrings_t, 5> unenrollmentStrings{{
     // UNENROLL_DEFAULT
     {.tile_message = "Unenrolling...",
      .tile_title = "Unenrolling",
@@ -28,10 +28,10 @@ constexpr std::array<WrenProgressStrings_t, 5> rows{{
      .error_title = "Unenrollment error",
      .error_message = "An internal error has occurred."},
 }};
-static_assert(rows.size() == UNENROLL_INTERNAL_ERROR + 1);
+static_assert(unenrollmentStrings.size() == UNENROLL_INTERNAL_ERROR + 1);
 
 } // namespace
 
 const WrenProgressStrings_t& WrenUnenrollmentStringTable::GetEntry(WrenUnenrollmentStringId id) {
-    return stringTableRow(rows, id, "WrenUnenrollmentStringTable::GetEntry");
+    return stringTableRow(unenrollmentStrings, id, "WrenUnenrollmentStringTable::GetEntry");
 }

@@ -16,7 +16,7 @@ struct TileButton {
     ButtonState TileContent::*state;
 };
 
-constexpr std::array<TileButton, 4> buttons{{
+constexpr std::array<TileButton, 4> tileButtons{{
     {"quill_tile_enroll_action_btn", "Enroll", EventStoreId::ENROLL_ACTION, &TileContent::enroll},
     {"quill_tile_cancel_action_btn", "Cancel", EventStoreId::ENROLL_CANCEL_ACTION, &TileContent::cancel},
     {"quill_tile_details_action_btn", "Details", EventStoreId::ERROR_DETAILS_ACTION, &TileContent::details},
@@ -34,7 +34,7 @@ void composeTile(XmlUINotice& notice, const TileContent& content, bool tellHisto
     if (tellHistory) {
         addMessageHistory(notice, content.status);
     }
-    for (const TileButton& button : buttons) {
+    for (const TileButton& button : tileButtons) {
         const ButtonState state = content.*button.state;
         XmlUICtrl control = addButton(notice, button.id, button.label, state.hidden, state.disabled);
         if (notice.getType() == UiNoticeType::Setup) {

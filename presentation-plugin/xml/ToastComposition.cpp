@@ -15,12 +15,12 @@ struct ButtonOfToast {
 };
 
 /// Indexed by ToastButton, less its first value.
-constexpr std::array<ButtonOfToast, 3> buttons{{
+constexpr std::array<ButtonOfToast, 3> toastButtons{{
     {"quill_toast_enroll_action_btn", "Enroll", EventStoreId::ENROLL_TOAST_ACTION},
     {"quill_tile_verify_action_toast_btn", "Verify", EventStoreId::AUTH_VERIFY_TOAST_ACTION},
     {"quill_tile_details_action_toast_btn", "See Details", EventStoreId::ERROR_DETAILS_TOAST_ACTION},
 }};
-static_assert(buttons.size() == static_cast<std::size_t>(ToastButton::Details));
+static_assert(toastButtons.size() == static_cast<std::size_t>(ToastButton::Details));
 
 } // namespace
 
@@ -35,7 +35,7 @@ void composeToast(XmlUINotice& notice, const char* title, const char* text, Toas
     if (button == ToastButton::None) {
         return;
     }
-    const ButtonOfToast& shown = buttons[static_cast<std::size_t>(button) - 1];
+    const ButtonOfToast& shown = toastButtons[static_cast<std::size_t>(button) - 1];
     XmlUICtrl control = addButton(notice, shown.id, shown.label, false, false);
     events.Add(control.setEvent(UiCtrlEvent::OnPress, nullptr), shown.event, nullptr);
 }

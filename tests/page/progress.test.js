@@ -4,7 +4,7 @@ import { test } from "node:test";
 import { usePage } from "./support/browser.js";
 import { alerts, posture, progress } from "./support/payloads.js";
 
-const shown = usePage();
+const shown = usePage({ reducedMotion: "no-preference" });
 
 const bar = () => shown.page.getByRole("progressbar");
 

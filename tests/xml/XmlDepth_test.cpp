@@ -1,5 +1,6 @@
 #include "xml/XmlDepth.h"
 
+#include "tests/support/Sanitizer.h"
 #include "xml/RapidXml.h"
 #include "xml/XmlDoc.h"
 #include "xml/XmlUIEvent.h"
@@ -17,20 +18,8 @@
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define HAS_LARGE_FRAMES
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define HAS_LARGE_FRAMES
-#endif
-#endif
-
 /// In bytes: what a thread of a host has at the least. A sanitizer's frames are several times as large.
-#ifdef HAS_LARGE_FRAMES
-constexpr std::size_t smallStack = 8 << 20;
-#else
-constexpr std::size_t smallStack = 1 << 20;
-#endif
+constexpr std::size_t smallStack = test::isSanitized ? 8 << 20 : 1 << 20;
 
 std::string repeated(std::string_view piece, std::size_t times) {
     std::string text;

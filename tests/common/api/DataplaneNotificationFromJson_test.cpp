@@ -39,7 +39,7 @@ void expectSoftFailure(const json::value& document) {
     EXPECT_STREQ(error.category().name(), "global_error");
 }
 
-auto decoding(json::value document) {
+auto decodingDataplane(json::value document) {
     return test::decoding(DataplaneNotificationFromJson, std::move(document));
 }
 
@@ -166,36 +166,38 @@ TEST(DataplaneNotificationFromJson, EveryTopLevelKeyIsRequired) {
 // List entries
 
 TEST(DataplaneNotificationFromJson, EntriesMustBeObjects) {
-    EXPECT_THAT(decoding(alertWith("", 1)), throwsInvalidArgument("not an object"));
-    EXPECT_THAT(decoding(alertWith("/destinations/0", "host")), throwsInvalidArgument("not an object"));
-    EXPECT_THAT(decoding(requestWith("", json::array{})), throwsInvalidArgument("not an object"));
-    EXPECT_THAT(decoding(requestWith("/destination", nullptr)), throwsInvalidArgument("not an object"));
+    EXPECT_THAT(decodingDataplane(alertWith("", 1)), throwsInvalidArgument("not an object"));
+    EXPECT_THAT(decodingDataplane(alertWith("/destinations/0", "host")),
+                throwsInvalidArgument("not an object"));
+    EXPECT_THAT(decodingDataplane(requestWith("", json::array{})), throwsInvalidArgument("not an object"));
+    EXPECT_THAT(decodingDataplane(requestWith("/destination", nullptr)),
+                throwsInvalidArgument("not an object"));
 }
 
 TEST(DataplaneNotificationFromJson, EveryKeyOfAnAlertIsMandatory) {
-    EXPECT_THAT(decoding(alertWith("", json::object{})), throwsOutOfRange());
+    EXPECT_THAT(decodingDataplane(alertWith("", json::object{})), throwsOutOfRange());
     for (const char* place : {"/category", "/code", "/timestamp", "/title", "/short_message", "/long_message",
                               "/tile_message", "/toast_message", "/url", "/url_label", "/destinations/0/host",
                               "/destinations/0/port", "/destinations/0/proto", "/destinations/0/timestamp"}) {
-        EXPECT_THAT(decoding(alertWithout(place)), throwsOutOfRange()) << place;
+        EXPECT_THAT(decodingDataplane(alertWithout(place)), throwsOutOfRange()) << place;
     }
 }
 
 TEST(DataplaneNotificationFromJson, EveryKeyOfAnAuthRequestIsMandatory) {
-    EXPECT_THAT(decoding(requestWith("", json::object{})), throwsOutOfRange());
+    EXPECT_THAT(decodingDataplane(requestWith("", json::object{})), throwsOutOfRange());
     for (const char* place :
          {"/timestamp", "/context_id", "/start_url", "/end_url", "/cookie_name", "/destination",
           "/destination/host", "/destination/port", "/destination/proto", "/destination/timestamp"}) {
-        EXPECT_THAT(decoding(requestWithout(place)), throwsOutOfRange()) << place;
+        EXPECT_THAT(decodingDataplane(requestWithout(place)), throwsOutOfRange()) << place;
     }
 }
 
 TEST(DataplaneNotificationFromJson, MissingDestinationsThrowBadParameter) {
-    EXPECT_THAT(decoding(alertWithout("/destinations")), throwsBadParameter());
+    EXPECT_THAT(decodingDataplane(alertWithout("/destinations")), throwsBadParameter());
 }
 
 TEST(DataplaneNotificationFromJson, DestinationsMustBeAnArray) {
-    EXPECT_THAT(decoding(alertWith("/destinations", json::object{})),
+    EXPECT_THAT(decodingDataplane(alertWith("/destinations", json::object{})),
                 throwsInvalidArgument("array required"));
 }
 
@@ -203,41 +205,42 @@ TEST(DataplaneNotificationFromJson, TextsMustBeTexts) {
     for (const char* place :
          {"/category", "/title", "/short_message", "/long_message", "/tile_message", "/toast_message", "/url",
           "/url_label", "/destinations/0/host", "/destinations/0/proto"}) {
-        EXPECT_THAT(decoding(alertWith(place, nullptr)), throwsInvalidArgument("not a string")) << place;
+        EXPECT_THAT(decodingDataplane(alertWith(place, nullptr)), throwsInvalidArgument("not a string"))
+            << place;
     }
     for (const char* place : {"/context_id", "/start_url", "/end_url", "/cookie_name", "/destination/host",
                               "/destination/proto"}) {
-        EXPECT_THAT(decoding(requestWith(place, 1)), throwsInvalidArgument("not a string")) << place;
+        EXPECT_THAT(decodingDataplane(requestWith(place, 1)), throwsInvalidArgument("not a string")) << place;
     }
 }
 
 TEST(DataplaneNotificationFromJson, UnfitNumbersThrowTheConversionsCode) {
     for (const char* place : {"/code", "/timestamp", "/destinations/0/port", "/destinations/0/timestamp"}) {
-        EXPECT_THAT(decoding(alertWith(place, -1)), throwsNotExact()) << place;
-        EXPECT_THAT(decoding(alertWith(place, 1.5)), throwsNotExact()) << place;
-        EXPECT_THAT(decoding(alertWith(place, "1")), throwsNotNumber()) << place;
+        EXPECT_THAT(decodingDataplane(alertWith(place, -1)), throwsNotExact()) << place;
+        EXPECT_THAT(decodingDataplane(alertWith(place, 1.5)), throwsNotExact()) << place;
+        EXPECT_THAT(decodingDataplane(alertWith(place, "1")), throwsNotNumber()) << place;
     }
-    EXPECT_THAT(decoding(alertWith("/code", 4294967296)), throwsNotExact());
-    EXPECT_THAT(decoding(alertWith("/destinations/0/port", 4294967296)), throwsNotExact());
-    EXPECT_THAT(decoding(requestWith("/timestamp", -1)), throwsNotExact());
-    EXPECT_THAT(decoding(requestWith("/destination/port", "443")), throwsNotNumber());
+    EXPECT_THAT(decodingDataplane(alertWith("/code", 4294967296)), throwsNotExact());
+    EXPECT_THAT(decodingDataplane(alertWith("/destinations/0/port", 4294967296)), throwsNotExact());
+    EXPECT_THAT(decodingDataplane(requestWith("/timestamp", -1)), throwsNotExact());
+    EXPECT_THAT(decodingDataplane(requestWith("/destination/port", "443")), throwsNotNumber());
 }
 
 TEST(DataplaneNotificationFromJson, AlertsAreReadInTheirOwnOrder) {
     // Each fault hides those behind it: code, time, destinations, texts from the last to the first, category.
     const auto at = [](std::string_view key) { return "/dataplane_alerts/0/" + std::string(key); };
     auto document = alertWithout("/category");
-    EXPECT_THAT(decoding(document), throwsOutOfRange());
+    EXPECT_THAT(decodingDataplane(document), throwsOutOfRange());
     document = with(document, at("title"), 1);
-    EXPECT_THAT(decoding(document), throwsInvalidArgument("not a string"));
+    EXPECT_THAT(decodingDataplane(document), throwsInvalidArgument("not a string"));
     document = without(document, at("url_label"));
-    EXPECT_THAT(decoding(document), throwsOutOfRange());
+    EXPECT_THAT(decodingDataplane(document), throwsOutOfRange());
     document = with(document, at("destinations"), 1);
-    EXPECT_THAT(decoding(document), throwsInvalidArgument("array required"));
+    EXPECT_THAT(decodingDataplane(document), throwsInvalidArgument("array required"));
     document = with(document, at("timestamp"), "now");
-    EXPECT_THAT(decoding(document), throwsNotNumber());
+    EXPECT_THAT(decodingDataplane(document), throwsNotNumber());
     document = with(document, at("code"), -1);
-    EXPECT_THAT(decoding(document), throwsNotExact());
+    EXPECT_THAT(decodingDataplane(document), throwsNotExact());
 }
 
 TEST(DataplaneNotificationFromJson, TextsOfAnAlertAreReadFromTheLastToTheFirst) {
@@ -247,7 +250,7 @@ TEST(DataplaneNotificationFromJson, TextsOfAnAlertAreReadFromTheLastToTheFirst) 
     for (std::size_t earlier = 0; earlier + 1 < std::size(order); ++earlier) {
         auto document = alertWithout("/" + std::string(order[earlier]));
         document = with(document, "/dataplane_alerts/0/" + std::string(order[earlier + 1]), 1);
-        EXPECT_THAT(decoding(document), throwsOutOfRange()) << order[earlier];
+        EXPECT_THAT(decodingDataplane(document), throwsOutOfRange()) << order[earlier];
     }
 }
 
@@ -256,12 +259,13 @@ TEST(DataplaneNotificationFromJson, AuthRequestsAreReadInTheirOwnOrder) {
     for (std::size_t earlier = 0; earlier + 1 < std::size(order); ++earlier) {
         auto document = requestWithout("/" + std::string(order[earlier]));
         document = with(document, "/dataplane_auth_requests/0/" + std::string(order[earlier + 1]), true);
-        EXPECT_THAT(decoding(document), throwsOutOfRange()) << order[earlier];
+        EXPECT_THAT(decodingDataplane(document), throwsOutOfRange()) << order[earlier];
     }
 }
 
 TEST(DataplaneNotificationFromJson, AFaultInAnAlertComesBeforeMissingRequests) {
-    EXPECT_THAT(decoding(without(alertWith("/code", -1), "/dataplane_auth_requests")), throwsNotExact());
+    EXPECT_THAT(decodingDataplane(without(alertWith("/code", -1), "/dataplane_auth_requests")),
+                throwsNotExact());
 }
 
 TEST(DataplaneNotification, EqualityMindsTheOrderOfLists) {

@@ -26,14 +26,14 @@ using test::throwsOutOfRange;
 using test::with;
 using test::without;
 
-Enrollment_t decodedEnrollment(const json::value& document) {
+Enrollment_t firstEnrollment(const json::value& document) {
     std::error_code error;
     StatusNotification_t status = StatusNotificationFromJson(document, error);
     EXPECT_FALSE(error) << error.message();
     return status.enrollments.at(0);
 }
 
-auto decoding(json::value document) {
+auto decodingStatus(json::value document) {
     return test::decoding(StatusNotificationFromJson, std::move(document));
 }
 
@@ -50,19 +50,20 @@ json::value enrolledWithout(std::string_view place) {
 // Kinds and keys
 
 TEST(StatusNotificationEntries, ListEntriesMustBeObjects) {
-    EXPECT_THAT(decoding(with(notEnrolledStatusDocument(), "/enrollment_choices/0", "choice")),
+    EXPECT_THAT(decodingStatus(with(notEnrolledStatusDocument(), "/enrollment_choices/0", "choice")),
                 throwsInvalidArgument("not an object"));
-    EXPECT_THAT(decoding(enrolledWith("", json::array{})), throwsInvalidArgument("not an object"));
-    EXPECT_THAT(decoding(enrolledWith("/dataplane_status/proxy_configs/0", 1)),
+    EXPECT_THAT(decodingStatus(enrolledWith("", json::array{})), throwsInvalidArgument("not an object"));
+    EXPECT_THAT(decodingStatus(enrolledWith("/dataplane_status/proxy_configs/0", 1)),
                 throwsInvalidArgument("not an object"));
-    EXPECT_THAT(decoding(enrolledWith("/network_status/fingerprints/0", nullptr)),
+    EXPECT_THAT(decodingStatus(enrolledWith("/network_status/fingerprints/0", nullptr)),
                 throwsInvalidArgument("not an object"));
 }
 
 TEST(StatusNotificationEntries, NestedValuesMustBeObjects) {
     for (const char* place : {"/config_sync_status", "/dataplane_status", "/certificate_status",
                               "/network_status", "/certificate_status/certificate_urns"}) {
-        EXPECT_THAT(decoding(enrolledWith(place, "text")), throwsInvalidArgument("not an object")) << place;
+        EXPECT_THAT(decodingStatus(enrolledWith(place, "text")), throwsInvalidArgument("not an object"))
+            << place;
     }
 }
 
@@ -76,28 +77,32 @@ TEST(StatusNotificationEntries, NestedTextsMustBeTexts) {
           "/certificate_status/certificate_urns/user_name", "/dataplane_status/server_connectivity",
           "/dataplane_status/proxy_configs/0/label", "/dataplane_status/proxy_configs/0/status",
           "/network_status/fingerprints/0/label", "/network_status/fingerprints/0/status"}) {
-        EXPECT_THAT(decoding(enrolledWith(place, nullptr)), throwsInvalidArgument("not a string")) << place;
+        EXPECT_THAT(decodingStatus(enrolledWith(place, nullptr)), throwsInvalidArgument("not a string"))
+            << place;
     }
     for (const char* key : {"state", "id", "type", "label"}) {
         EXPECT_THAT(
-            decoding(with(notEnrolledStatusDocument(), "/enrollment_choices/0/" + std::string(key), 1)),
+            decodingStatus(with(notEnrolledStatusDocument(), "/enrollment_choices/0/" + std::string(key), 1)),
             throwsInvalidArgument("not a string"))
             << key;
     }
 }
 
 TEST(StatusNotificationEntries, FlagsMustBeBools) {
-    EXPECT_THAT(decoding(with(notEnrolledStatusDocument(), "/enrollment_choices/0/enroll_allowed", "true")),
+    EXPECT_THAT(
+        decodingStatus(with(notEnrolledStatusDocument(), "/enrollment_choices/0/enroll_allowed", "true")),
+        throwsInvalidArgument("bool required"));
+    EXPECT_THAT(decodingStatus(enrolledWith("/unenroll_allowed", 1)), throwsInvalidArgument("bool required"));
+    EXPECT_THAT(decodingStatus(enrolledWith("/reenroll_allowed", nullptr)),
                 throwsInvalidArgument("bool required"));
-    EXPECT_THAT(decoding(enrolledWith("/unenroll_allowed", 1)), throwsInvalidArgument("bool required"));
-    EXPECT_THAT(decoding(enrolledWith("/reenroll_allowed", nullptr)), throwsInvalidArgument("bool required"));
 }
 
 TEST(StatusNotificationEntries, NestedKeysAreMandatory) {
-    EXPECT_THAT(decoding(enrolledWith("/config_sync_status", json::object{})), throwsOutOfRange());
-    EXPECT_THAT(decoding(enrolledWith("/dataplane_status", json::object{})), throwsOutOfRange());
-    EXPECT_THAT(decoding(enrolledWith("/certificate_status", json::object{})), throwsOutOfRange());
-    EXPECT_THAT(decoding(enrolledWith("/network_status/fingerprints/0", json::object{})), throwsOutOfRange());
+    EXPECT_THAT(decodingStatus(enrolledWith("/config_sync_status", json::object{})), throwsOutOfRange());
+    EXPECT_THAT(decodingStatus(enrolledWith("/dataplane_status", json::object{})), throwsOutOfRange());
+    EXPECT_THAT(decodingStatus(enrolledWith("/certificate_status", json::object{})), throwsOutOfRange());
+    EXPECT_THAT(decodingStatus(enrolledWith("/network_status/fingerprints/0", json::object{})),
+                throwsOutOfRange());
     for (const char* place : {
              "/config_sync_status/config_sync_interval_min",
              "/config_sync_status/last_config_sync_success",
@@ -129,48 +134,51 @@ TEST(StatusNotificationEntries, NestedKeysAreMandatory) {
              "/network_status/fingerprints/0/label",
              "/network_status/fingerprints/0/status",
          }) {
-        EXPECT_THAT(decoding(enrolledWithout(place)), throwsOutOfRange()) << place;
+        EXPECT_THAT(decodingStatus(enrolledWithout(place)), throwsOutOfRange()) << place;
     }
 }
 
 TEST(StatusNotificationEntries, NestedRecordsThatReportTheirFailureThrowItsCode) {
-    EXPECT_THAT(decoding(enrolledWith("/network_status", json::object{})), throwsBadParameter());
-    EXPECT_THAT(decoding(enrolledWith("/network_status/fingerprints", 1)), throwsBadParameter());
-    EXPECT_THAT(decoding(enrolledWith("/dataplane_status/proxy_configs", json::object{})),
+    EXPECT_THAT(decodingStatus(enrolledWith("/network_status", json::object{})), throwsBadParameter());
+    EXPECT_THAT(decodingStatus(enrolledWith("/network_status/fingerprints", 1)), throwsBadParameter());
+    EXPECT_THAT(decodingStatus(enrolledWith("/dataplane_status/proxy_configs", json::object{})),
                 throwsBadParameter());
-    EXPECT_THAT(decoding(enrolledWith("/dataplane_status/proxy_configs/0", json::object{})),
+    EXPECT_THAT(decodingStatus(enrolledWith("/dataplane_status/proxy_configs/0", json::object{})),
                 throwsBadParameter());
-    EXPECT_THAT(decoding(enrolledWithout("/dataplane_status/proxy_configs/0/label")), throwsBadParameter());
-    EXPECT_THAT(decoding(enrolledWithout("/dataplane_status/proxy_configs/0/status")), throwsBadParameter());
+    EXPECT_THAT(decodingStatus(enrolledWithout("/dataplane_status/proxy_configs/0/label")),
+                throwsBadParameter());
+    EXPECT_THAT(decodingStatus(enrolledWithout("/dataplane_status/proxy_configs/0/status")),
+                throwsBadParameter());
 }
 
 TEST(StatusNotificationEntries, NestedObjectsAreReadInTheirOwnOrder) {
     // Config sync, dataplane, certificate, network: each fault hides those behind it.
     auto document = enrolledWith("/network_status", json::object{});
-    EXPECT_THAT(decoding(document), throwsBadParameter());
+    EXPECT_THAT(decodingStatus(document), throwsBadParameter());
     document = with(document, enrollmentPlace("/certificate_status"), 1);
-    EXPECT_THAT(decoding(document), throwsInvalidArgument("not an object"));
+    EXPECT_THAT(decodingStatus(document), throwsInvalidArgument("not an object"));
     document = with(document, enrollmentPlace("/dataplane_status"), json::object{});
-    EXPECT_THAT(decoding(document), throwsOutOfRange());
+    EXPECT_THAT(decodingStatus(document), throwsOutOfRange());
     document = with(document, enrollmentPlace("/config_sync_status/config_sync_interval_min"), 1.5);
-    EXPECT_THAT(decoding(document), throwsNotExact());
+    EXPECT_THAT(decodingStatus(document), throwsNotExact());
     document = with(document, enrollmentPlace("/reenroll_allowed"), 1);
-    EXPECT_THAT(decoding(document), throwsInvalidArgument("bool required"));
+    EXPECT_THAT(decodingStatus(document), throwsInvalidArgument("bool required"));
 }
 
 TEST(StatusNotificationEntries, UnlistedFingerprintStatusIsAFailure) {
     for (const char* literal : {"matched", "", "Perhaps"}) {
-        EXPECT_THAT(decoding(enrolledWith("/network_status/fingerprints/0/status", literal)),
+        EXPECT_THAT(decodingStatus(enrolledWith("/network_status/fingerprints/0/status", literal)),
                     testing::ThrowsMessage<std::bad_optional_access>(std::bad_optional_access().what()))
             << literal;
     }
-    EXPECT_THAT(decoding(enrolledWith("/network_status/fingerprints/0/status", json::string("Matched\0", 8))),
-                testing::Throws<std::bad_optional_access>());
+    EXPECT_THAT(
+        decodingStatus(enrolledWith("/network_status/fingerprints/0/status", json::string("Matched\0", 8))),
+        testing::Throws<std::bad_optional_access>());
 }
 
 TEST(StatusNotificationEntries, ReadsEveryFingerprintStatus) {
     const auto read = [](const char* literal) {
-        return decodedEnrollment(enrolledWith("/network_status/fingerprints/0/status", literal))
+        return firstEnrollment(enrolledWith("/network_status/fingerprints/0/status", literal))
             .network_status.fingerprints[0]
             .status;
     };
@@ -184,7 +192,7 @@ TEST(StatusNotificationEntries, UnlistedNestedLiteralsDecodeToUnknown) {
     document = with(document, enrollmentPlace("/dataplane_status/server_connectivity"), "OK");
     document = with(document, enrollmentPlace("/certificate_status/certificate_state"), "stolen");
     document = with(document, enrollmentPlace("/certificate_status/certificate_renewal_status"), "");
-    const Enrollment_t enrollment = decodedEnrollment(document);
+    const Enrollment_t enrollment = firstEnrollment(document);
     EXPECT_EQ(enrollment.config_sync_status.server_connectivity, ServerConnectivity::Unknown);
     EXPECT_EQ(enrollment.dataplane_status.server_connectivity, ServerConnectivity::Unknown);
     EXPECT_EQ(enrollment.certificate_status.certificate_state, CertificateState::Unknown);
@@ -194,7 +202,7 @@ TEST(StatusNotificationEntries, UnlistedNestedLiteralsDecodeToUnknown) {
 // Numbers
 
 ConfigSyncStatus_t decodedConfigSync(std::string_view key, json::value content) {
-    return decodedEnrollment(enrolledWith("/config_sync_status/" + std::string(key), std::move(content)))
+    return firstEnrollment(enrolledWith("/config_sync_status/" + std::string(key), std::move(content)))
         .config_sync_status;
 }
 
@@ -209,12 +217,12 @@ TEST(StatusNotificationEntries, CountersSpanThirtyTwoBits) {
 TEST(StatusNotificationEntries, UnfitNumbersThrowTheConversionsCode) {
     for (const json::value& number : {json::value(-1), json::value(4294967296), json::value(1.5),
                                       json::value(4294967296.0), json::value(1e300), json::value(-1.0)}) {
-        EXPECT_THAT(decoding(enrolledWith("/config_sync_status/config_sync_interval_min", number)),
+        EXPECT_THAT(decodingStatus(enrolledWith("/config_sync_status/config_sync_interval_min", number)),
                     throwsNotExact())
             << number;
     }
     for (const json::value& other : {json::value("7"), json::value(nullptr), json::value(true)}) {
-        EXPECT_THAT(decoding(enrolledWith("/config_sync_status/config_sync_interval_min", other)),
+        EXPECT_THAT(decodingStatus(enrolledWith("/config_sync_status/config_sync_interval_min", other)),
                     throwsNotNumber())
             << other;
     }
@@ -224,27 +232,27 @@ TEST(StatusNotificationEntries, TimesAreWholeSeconds) {
     const std::string_view key = "last_config_sync_success";
     EXPECT_EQ(decodedConfigSync(key, 1700000000).last_config_sync_success, 17000000000000000);
     EXPECT_EQ(decodedConfigSync(key, 1700000000.0).last_config_sync_success, 17000000000000000);
-    EXPECT_THAT(decoding(enrolledWith("/config_sync_status/last_config_sync_success", 1.5)),
+    EXPECT_THAT(decodingStatus(enrolledWith("/config_sync_status/last_config_sync_success", 1.5)),
                 throwsNotExact());
-    EXPECT_THAT(decoding(enrolledWith("/config_sync_status/last_config_sync_success", "1700000000")),
+    EXPECT_THAT(decodingStatus(enrolledWith("/config_sync_status/last_config_sync_success", "1700000000")),
                 throwsNotNumber());
 }
 
 TEST(StatusNotificationEntries, OnlyTheEnrollmentTimeMayBeNegative) {
-    EXPECT_EQ(decodedEnrollment(enrolledWith("/enrollment_time", -5)).enrollment_time, -50000000);
+    EXPECT_EQ(firstEnrollment(enrolledWith("/enrollment_time", -5)).enrollment_time, -50000000);
     for (const char* place :
          {"/config_sync_status/last_config_sync_success", "/certificate_status/certificate_expiration_time",
           "/certificate_status/last_renewal_attempt_time"}) {
-        EXPECT_THAT(decoding(enrolledWith(place, -5)), throwsNotExact()) << place;
+        EXPECT_THAT(decodingStatus(enrolledWith(place, -5)), throwsNotExact()) << place;
     }
 }
 
 TEST(StatusNotificationEntries, TheEnrollmentTimeIsSigned) {
-    EXPECT_THAT(decoding(enrolledWith("/enrollment_time", 9223372036854775808u)), throwsNotExact());
-    EXPECT_EQ(decodedEnrollment(
-                  enrolledWith("/certificate_status/certificate_expiration_time", 9223372036854775808u))
-                  .certificate_status.certificate_expiration_time,
-              0);
+    EXPECT_THAT(decodingStatus(enrolledWith("/enrollment_time", 9223372036854775808u)), throwsNotExact());
+    EXPECT_EQ(
+        firstEnrollment(enrolledWith("/certificate_status/certificate_expiration_time", 9223372036854775808u))
+            .certificate_status.certificate_expiration_time,
+        0);
 }
 
 TEST(StatusNotificationEntries, TimesBeyondTheRecordsRangeWrap) {
@@ -253,7 +261,7 @@ TEST(StatusNotificationEntries, TimesBeyondTheRecordsRangeWrap) {
     EXPECT_EQ(decodedConfigSync(key, 18446744073709551615u).last_config_sync_success, -10000000);
     // 922337203686 * 10^7 = 2^63 + 5224192 (2^63 being 9223372036854775808).
     EXPECT_EQ(decodedConfigSync(key, 922337203686).last_config_sync_success, -9223372036849551616);
-    EXPECT_EQ(decodedEnrollment(enrolledWith("/enrollment_time", -922337203686)).enrollment_time,
+    EXPECT_EQ(firstEnrollment(enrolledWith("/enrollment_time", -922337203686)).enrollment_time,
               9223372036849551616);
 }
 

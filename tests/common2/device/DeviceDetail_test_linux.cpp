@@ -11,8 +11,6 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-std::string asText(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
-
 struct DetailFile {
     const wchar_t* detail;
     const char* file;
@@ -32,7 +30,7 @@ TEST(DeviceDetail, EachIsTheLineOfItsFile) {
             Bytes bytes{1};
             const bool isThere = &other == &row;
             EXPECT_EQ(common2::readDeviceDetailBelow(root.path(), other.detail, bytes), isThere);
-            EXPECT_EQ(asText(bytes), isThere ? "Book 14" : "");
+            EXPECT_EQ(std::string(bytes.begin(), bytes.end()), isThere ? "Book 14" : "");
         }
     }
 }

@@ -15,6 +15,7 @@
 namespace {
 
 namespace json = boost::json;
+using test::enrollDialog;
 using test::ServedProgram;
 using test::ViewerClient;
 using ::testing::HasSubstr;
@@ -23,7 +24,6 @@ using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr const char* enrollButton = "quill_tile_enroll_action_btn";
-constexpr const char* enrollDialog = "quill_enrollment_browser_dialog";
 
 class ServeLive : public ::testing::Test {
 protected:

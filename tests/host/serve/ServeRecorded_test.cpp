@@ -15,13 +15,12 @@
 
 namespace {
 
+using test::enrollDialog;
 using test::ServedProgram;
 using test::ViewerClient;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-constexpr const char* enrollDialog = "quill_enrollment_browser_dialog";
 
 class ServeRecorded : public ::testing::Test {
 protected:

@@ -24,6 +24,9 @@ namespace test {
 
 using HttpRequest = boost::beast::http::request<boost::beast::http::string_body>;
 using HttpResponse = boost::beast::http::response<boost::beast::http::string_body>;
+/// The popup of the login.
+inline constexpr const char* enrollDialog = "quill_enrollment_browser_dialog";
+
 using Headers = std::vector<std::pair<std::string, std::string>>;
 
 /// An installed program in a folder of its own, running.

@@ -22,7 +22,7 @@ using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 using Lines = std::vector<std::string>;
 
-struct Outcome {
+struct Validation {
     int exitCode = -1;
     std::string out;
 };
@@ -31,15 +31,15 @@ std::string quoted(const std::string& word) { return std::string("'").append(wor
 
 /// Runs `wren-host validate`.
 /// @param errors where its standard error goes: "&1" into the output
-Outcome validate(const Lines& arguments, const std::string& defects = "",
-                 const std::string& errors = "/dev/null") {
+Validation validate(const Lines& arguments, const std::string& defects = "",
+                    const std::string& errors = "/dev/null") {
     std::string command = "WREN_DEFECTS=";
     command.append(quoted(defects)).append(" ").append(quoted(test::hostProgram)).append(" validate");
     for (const std::string& argument : arguments) {
         command.append(" ").append(quoted(argument));
     }
     command.append(" 2>").append(errors);
-    Outcome outcome;
+    Validation outcome;
     FILE* const program = ::popen(command.c_str(), "r");
     if (program == nullptr) {
         return outcome;
@@ -63,7 +63,7 @@ Lines linesOf(const std::string& text) {
 }
 
 /// The checks that did not pass, with their outcomes, from the output in JSON.
-std::map<std::string, std::string> trouble(const Outcome& outcome) {
+std::map<std::string, std::string> trouble(const Validation& outcome) {
     std::map<std::string, std::string> found;
     for (const std::string& line : linesOf(outcome.out)) {
         const boost::json::object object = boost::json::parse(line).as_object();
@@ -74,14 +74,14 @@ std::map<std::string, std::string> trouble(const Outcome& outcome) {
     return found;
 }
 
-boost::json::object summaryOf(const Outcome& outcome) {
+boost::json::object summaryOf(const Validation& outcome) {
     return boost::json::parse(linesOf(outcome.out).back()).at("summary").as_object();
 }
 
 // The real module.
 
 TEST(Validate, TheModulePassesThroughTheClass) {
-    const Outcome outcome = validate({"--seed", "1", "--json"});
+    const Validation outcome = validate({"--seed", "1", "--json"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(trouble(outcome), (std::map<std::string, std::string>{}));
     EXPECT_GE(summaryOf(outcome).at("passed").to_number<int>(), 250);
@@ -89,7 +89,7 @@ TEST(Validate, TheModulePassesThroughTheClass) {
 }
 
 TEST(Validate, TheModulePassesThroughTheRecord) {
-    const Outcome outcome = validate({"--seed", "1", "--json", "--interface", "c"});
+    const Validation outcome = validate({"--seed", "1", "--json", "--interface", "c"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(trouble(outcome), (std::map<std::string, std::string>{}));
     EXPECT_GE(summaryOf(outcome).at("passed").to_number<int>(), 250);
@@ -149,9 +149,9 @@ class ValidateDefect : public testing::TestWithParam<Defect> {};
 TEST_P(ValidateDefect, BreaksItsOneCheckOfTheSubject) {
     const Defect& defect = GetParam();
     const std::string subject = defect.check.substr(0, defect.check.find('.') + 1);
-    const Outcome outcome = validate({test::defectiveModule, "--seed", "1", "--json", "--include", subject,
-                                      "--interface", defect.interface},
-                                     defect.name);
+    const Validation outcome = validate({test::defectiveModule, "--seed", "1", "--json", "--include", subject,
+                                         "--interface", defect.interface},
+                                        defect.name);
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(trouble(outcome), (std::map<std::string, std::string>{{defect.check, defect.outcome}}));
 }
@@ -174,7 +174,7 @@ void expectNothingElseBroken(const std::string& interface) {
             expected.emplace(defect.check, defect.outcome);
         }
     }
-    const Outcome outcome =
+    const Validation outcome =
         validate({test::defectiveModule, "--seed", "1", "--json", "--interface", interface}, names);
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(trouble(outcome), expected);
@@ -184,7 +184,7 @@ TEST(Validate, DefectsOfTheClassBreakNoOtherCheck) { expectNothingElseBroken("cp
 TEST(Validate, DefectsOfTheRecordBreakNoOtherCheck) { expectNothingElseBroken("c"); }
 
 TEST(Validate, ACheckThatHangsIsTimedOut) {
-    const Outcome outcome =
+    const Validation outcome =
         validate({test::defectiveModule, "--include", "stop.reasons", "--limit", "5"}, "hang-on-stop");
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.out, StartsWith("timed out  stop.reasons: after 5000 ms\n"));
@@ -194,7 +194,7 @@ TEST(Validate, ACheckThatHangsIsTimedOut) {
 // How it is told.
 
 TEST(Validate, EachCheckIsOneLineAndTheLastIsTheSummary) {
-    const Outcome outcome =
+    const Validation outcome =
         validate({test::defectiveModule, "--seed", "7", "--include", "texts."}, "label,crash-on-null-size");
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(linesOf(outcome.out),
@@ -212,7 +212,7 @@ TEST(Validate, AnEarlyExitIsTheChecksCrash) {
 }
 
 TEST(Validate, JsonIsOneObjectALine) {
-    const Outcome outcome =
+    const Validation outcome =
         validate({test::defectiveModule, "--json", "--seed", "4294967295", "--include", "texts.l"}, "label");
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(linesOf(outcome.out),
@@ -224,7 +224,7 @@ TEST(Validate, JsonIsOneObjectALine) {
 }
 
 TEST(Validate, IncludeChoosesByAPartOfTheName) {
-    const Outcome outcome = validate({"--include", "null-n", "--seed", "1"});
+    const Validation outcome = validate({"--include", "null-n", "--seed", "1"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(linesOf(outcome.out),
                 ElementsAre("passed     create.null-name",
@@ -238,7 +238,7 @@ TEST(Validate, TheSeedIsToldAndRepeatsAFailure) {
         arguments.insert(arguments.end(), {"--seed", seed});
         return validate(arguments, "tires").out;
     };
-    const Outcome first = validate(random, "tires");
+    const Validation first = validate(random, "tires");
     const std::string seed = boost::json::serialize(summaryOf(first).at("seed"));
     EXPECT_EQ(withSeed(seed), first.out);
     // In 400 calls, the sixtieth Start comes at another place with nearly every seed.
@@ -250,9 +250,9 @@ TEST(Validate, TheSeedIsToldAndRepeatsAFailure) {
 }
 
 TEST(Validate, ListTellsNamesAndDescriptionsOfTheInterface) {
-    const Outcome plain = validate({"--list", "--include", "record.s"});
+    const Validation plain = validate({"--list", "--include", "record.s"});
     EXPECT_EQ(plain.exitCode, 2); // through the class there is no record
-    const Outcome record = validate({"--list", "--include", "record.s", "--interface", "c"});
+    const Validation record = validate({"--list", "--include", "record.s", "--interface", "c"});
     EXPECT_EQ(record.exitCode, 0);
     EXPECT_EQ(record.out,
               "record.size                            The record tells its size.\n"
@@ -290,14 +290,14 @@ TEST(Validate, WhatCannotBeCheckedIsOneLineAndExitCode2) {
         {"one", "two"},
     };
     for (const Lines& commandLine : commandLines) {
-        const Outcome outcome = validate(commandLine, "", "&1");
+        const Validation outcome = validate(commandLine, "", "&1");
         EXPECT_EQ(outcome.exitCode, 2) << testing::PrintToString(commandLine);
         EXPECT_THAT(outcome.out, MatchesRegex("wren-host: [^\n]+\n")) << testing::PrintToString(commandLine);
     }
 }
 
 TEST(Validate, AModuleThatCrashesWhenItIsLoadedCannotBeChecked) {
-    const Outcome outcome = validate({test::defectiveModule}, "crash-when-loaded", "&1");
+    const Validation outcome = validate({test::defectiveModule}, "crash-when-loaded", "&1");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_THAT(outcome.out, HasSubstr("crashed, signal 6 (SIGABRT)\n"));
 }

@@ -17,6 +17,8 @@ const schema = JSON.parse(
     await readFile(fileURLToPath(new URL("../../../backend-sim/scenario.schema.json", import.meta.url)), "utf8"),
 );
 
+const viewport = { width: 1280, height: 800 };
+
 export const serviceState = (device = {}) => ({
     scenario: { device: { certificate: "ok", enrolled: false, config_sync_failures: 0, ...device }, delays: {}, logins: {}, faults: [] },
     enrollment: null,
@@ -44,8 +46,8 @@ export const hello = (more = {}) => ({
 });
 
 /**
- * Opens the page anew for each test. Every test also fails when the page threw an error, broke its content security
- * policy or asked for anything beyond its own host.
+ * Opens one page for the file, and leaves it empty after each test. Every test also fails when the page threw an error,
+ * broke its content security policy or asked for anything beyond its own host.
  * @param {object} [contextOptions] of the browser context
  * @param {object} [ways]
  * @param {boolean} [ways.keep] one loaded page for the whole file, for tests of functions that keep nothing
@@ -57,18 +59,18 @@ export function useHostPage(contextOptions = {}, { keep = false } = {}) {
     before(async () => {
         browser = await chromium.launch(launchOptions);
         shown.host = await FakeHost.start();
+        await shown.open(browser, contextOptions);
         if (keep) {
-            await shown.open(browser, contextOptions);
             await shown.load();
         }
     });
     if (!keep) {
-        beforeEach(() => shown.open(browser, contextOptions));
-        afterEach(() => shown.close());
+        beforeEach(() => shown.begin());
+        afterEach(() => shown.end());
     }
     after(async () => {
         if (keep) {
-            await shown.close();
+            await shown.end();
         }
         await browser?.close();
         await shown.host?.close();
@@ -82,17 +84,7 @@ export class HostPage {
     told = {};
 
     async open(browser, contextOptions) {
-        this.faults = [];
-        this.told = { hello: hello(), screen: emptyScreen(), machine: idle, service: serviceState() };
-        this.host.requests.length = 0;
-        this.host.refusals = {};
-        this.host.greet(() => [
-            this.told.hello,
-            { type: "screen", screen: this.told.screen },
-            this.told.machine,
-            { type: "service", state: this.told.service },
-        ]);
-        this.context = await browser.newContext({ viewport: { width: 1280, height: 800 }, reducedMotion: "reduce", ...contextOptions });
+        this.context = await browser.newContext({ viewport, reducedMotion: "reduce", ...contextOptions });
         this.context.on("request", (request) => {
             if (!request.url().startsWith(this.host.address)) {
                 this.faults.push(`request: ${request.url()}`);
@@ -107,6 +99,22 @@ export class HostPage {
                 window.violations.push(`${violatedDirective} ${blockedURI}`),
             );
         });
+        await this.begin();
+    }
+
+    async begin() {
+        this.faults = [];
+        this.told = { hello: hello(), screen: emptyScreen(), machine: idle, service: serviceState() };
+        this.host.requests.length = 0;
+        this.host.refusals = {};
+        this.host.greet(() => [
+            this.told.hello,
+            { type: "screen", screen: this.told.screen },
+            this.told.machine,
+            { type: "service", state: this.told.service },
+        ]);
+        await this.page.setViewportSize(viewport);
+        await this.page.emulateMedia({ reducedMotion: "reduce", colorScheme: "light" });
     }
 
     /** Loads the page and waits until it has been told everything. */
@@ -120,9 +128,9 @@ export class HostPage {
         return this.page.locator("#connection[data-phase=live]").waitFor();
     }
 
-    async close() {
+    async end() {
         const violations = await this.page.evaluate(() => window.violations).catch(() => []);
-        await this.context.close();
+        await this.page.goto("about:blank");
         assert.deepEqual([...this.faults, ...violations], []);
     }
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-struct Row {
+struct AlertRow {
     WrenAlertId id;
     int number;
     int priority;
@@ -25,7 +25,7 @@ struct Row {
     const char* detail_description;
 };
 
-constexpr Row rows[] = {
+constexpr AlertRow alertRows[] = {
     {ALERT_UNEXPECTED, 0, 0, "Kestrel Suite error. Contact your IT help desk.", "Kestrel Suite error", "", "",
      "Kestrel Suite error", "Contact your IT help desk.",
      "Unexpected Kestrel Suite error, contact your IT help desk.", "", "", ""},
@@ -119,7 +119,7 @@ constexpr Row rows[] = {
 };
 
 TEST(WrenAlertStringTable, HoldsEveryTextOfEveryRow) {
-    for (const Row& row : rows) {
+    for (const AlertRow& row : alertRows) {
         SCOPED_TRACE(row.number);
         EXPECT_EQ(row.id, row.number);
         const WrenAlertStrings_t& entry = WrenAlertStringTable::GetEntry(row.id);
@@ -135,7 +135,7 @@ TEST(WrenAlertStringTable, HoldsEveryTextOfEveryRow) {
         EXPECT_STREQ(entry.detail_title, row.detail_title);
         EXPECT_STREQ(entry.detail_description, row.detail_description);
     }
-    EXPECT_EQ(std::size(rows), 18u);
+    EXPECT_EQ(std::size(alertRows), 18u);
 }
 
 TEST(WrenAlertStringTable, DataplaneRowsDifferInPriorityOnly) {
@@ -172,7 +172,7 @@ TEST(WrenAlertStringTable, IdsBeyondTheTableAreLoggedAndGetRowZero) {
 
 TEST(WrenAlertStringTable, IdsOfTheTableAreNotLogged) {
     const test::LogCapture capture;
-    for (const Row& row : rows) {
+    for (const AlertRow& row : alertRows) {
         static_cast<void>(WrenAlertStringTable::GetEntry(row.id));
     }
     EXPECT_TRUE(capture.records().empty());

@@ -1,5 +1,6 @@
 #include "presentation-plugin/tables/WrenEnrollmentStringTable.h"
 
+#include "tests/presentation-plugin/tables/ProgressFlags.h"
 #include "tests/support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +10,7 @@
 
 namespace {
 
-struct Row {
+struct EnrollmentRow {
     WrenEnrollmentStringId id;
     int number;
     const char* tile_message;
@@ -20,7 +21,7 @@ struct Row {
 };
 
 // clang-format off
-constexpr Row rows[] = {
+constexpr EnrollmentRow enrollmentRows[] = {
     {ENROLL_DEFAULT, 0, "Enrolling...", "Enrollment error", "Internal Error", "An internal error occurred. Contact your IT help desk.", "111111"},
     {ENROLL_INITIATING, 1, "Enrolling...", "Enrolling", "", "", "011111"},
     {ENROLL_CANCELLING, 2, "Cancelling enrollment process. Please wait...", "Cancelling enrollment", "", "", "110111"},
@@ -40,17 +41,8 @@ constexpr Row rows[] = {
 };
 // clang-format on
 
-std::string flagsOf(const WrenProgressStrings_t& entry) {
-    std::string flags;
-    for (const bool flag : {entry.enroll_hidden, entry.enroll_disabled, entry.cancel_hidden,
-                            entry.cancel_disabled, entry.details_hidden, entry.details_disabled}) {
-        flags += flag ? '1' : '0';
-    }
-    return flags;
-}
-
 TEST(WrenEnrollmentStringTable, HoldsEveryTextAndFlagOfEveryRow) {
-    for (const Row& row : rows) {
+    for (const EnrollmentRow& row : enrollmentRows) {
         SCOPED_TRACE(row.number);
         EXPECT_EQ(row.id, row.number);
         const WrenProgressStrings_t& entry = WrenEnrollmentStringTable::GetEntry(row.id);
@@ -58,9 +50,9 @@ TEST(WrenEnrollmentStringTable, HoldsEveryTextAndFlagOfEveryRow) {
         EXPECT_STREQ(entry.tile_title, row.tile_title);
         EXPECT_STREQ(entry.error_title, row.error_title);
         EXPECT_STREQ(entry.error_message, row.error_message);
-        EXPECT_EQ(flagsOf(entry), row.flags);
+        EXPECT_EQ(test::flagsOf(entry), row.flags);
     }
-    EXPECT_EQ(std::size(rows), 16u);
+    EXPECT_EQ(std::size(enrollmentRows), 16u);
 }
 
 TEST(WrenEnrollmentStringTable, IdsBeyondTheTableAreLoggedAndGetRowZero) {

@@ -1,5 +1,6 @@
 #include "presentation-plugin/tables/WrenUnenrollmentStringTable.h"
 
+#include "tests/presentation-plugin/tables/ProgressFlags.h"
 #include "tests/support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +10,7 @@
 
 namespace {
 
-struct Row {
+struct UnenrollmentRow {
     WrenUnenrollmentStringId id;
     int number;
     const char* tile_message;
@@ -20,7 +21,7 @@ struct Row {
 };
 
 // clang-format off
-constexpr Row rows[] = {
+constexpr UnenrollmentRow unenrollmentRows[] = {
     {UNENROLL_DEFAULT, 0, "Unenrolling...", "Unenrolling", "Unenrollment error", "An internal error has occurred.", "111111"},
     {UNENROLL_INITIATING, 1, "Unenrolling...", "Unenrolling", "", "", "011111"},
     {UNENROLL_IN_PROGRESS, 2, "Unenrolling...", "Unenrolling", "", "", "110111"},
@@ -29,17 +30,8 @@ constexpr Row rows[] = {
 };
 // clang-format on
 
-std::string flagsOf(const WrenProgressStrings_t& entry) {
-    std::string flags;
-    for (const bool flag : {entry.enroll_hidden, entry.enroll_disabled, entry.cancel_hidden,
-                            entry.cancel_disabled, entry.details_hidden, entry.details_disabled}) {
-        flags += flag ? '1' : '0';
-    }
-    return flags;
-}
-
 TEST(WrenUnenrollmentStringTable, HoldsEveryTextAndFlagOfEveryRow) {
-    for (const Row& row : rows) {
+    for (const UnenrollmentRow& row : unenrollmentRows) {
         SCOPED_TRACE(row.number);
         EXPECT_EQ(row.id, row.number);
         const WrenProgressStrings_t& entry = WrenUnenrollmentStringTable::GetEntry(row.id);
@@ -47,9 +39,9 @@ TEST(WrenUnenrollmentStringTable, HoldsEveryTextAndFlagOfEveryRow) {
         EXPECT_STREQ(entry.tile_title, row.tile_title);
         EXPECT_STREQ(entry.error_title, row.error_title);
         EXPECT_STREQ(entry.error_message, row.error_message);
-        EXPECT_EQ(flagsOf(entry), row.flags);
+        EXPECT_EQ(test::flagsOf(entry), row.flags);
     }
-    EXPECT_EQ(std::size(rows), 5u);
+    EXPECT_EQ(std::size(unenrollmentRows), 5u);
 }
 
 TEST(WrenUnenrollmentStringTable, IdsBeyondTheTableAreLoggedAndGetRowZero) {
