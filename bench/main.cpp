@@ -1,8 +1,8 @@
 // wren-bench                   the table: what the module's works cost, and what they may cost
-// wren-bench --check           counts what can be counted quickly; exits with 1 where something costs too
-// much wren-bench steps WORK COUNT  does one work, for a profiler that watches the function
-// wrenBenchCountedSteps wren-bench times KIND        the times of all works of a kind (documents or others),
-// for the table wren-bench list              the works
+// wren-bench --check [KIND]    counts what can be counted quickly; exits with 1 where something costs too much
+// wren-bench steps WORK COUNT  does one work, for a profiler that watches wrenBenchCountedSteps
+// wren-bench times KIND        the times of all works of a kind (documents or others), for the table
+// wren-bench list              the works
 
 #include "bench/Meter.h"
 #include "bench/Table.h"
