@@ -1,5 +1,5 @@
 // wren-bench                   the table: what the module's works cost, and what they may cost
-// wren-bench --check [KIND]    counts what can be counted quickly; exits with 1 where something costs too much
+// wren-bench --check [KIND]    counts what can be counted quickly; exits with 1 where that is too much
 // wren-bench steps WORK COUNT  does one work, for a profiler that watches wrenBenchCountedSteps
 // wren-bench times KIND        the times of all works of a kind (documents or others), for the table
 // wren-bench list              the works
