@@ -57,7 +57,7 @@ void doSteps(Workload& workload, unsigned steps) {
     for (unsigned step = 0; step < warmUpSteps; ++step) {
         workload.step();
     }
-    // What is not watched runs ten times as fast.
+    // What is not watched runs faster.
     CALLGRIND_START_INSTRUMENTATION;
     wrenBenchCountedSteps(workload, steps);
     CALLGRIND_STOP_INSTRUMENTATION;

@@ -22,8 +22,8 @@ if(WREN_SANITIZE)
     if(WREN_SANITIZE MATCHES "undefined")
         add_compile_options(-fno-sanitize-recover=undefined)
     endif()
-    if(WREN_SANITIZE MATCHES "address")
-        # A class of the SDK has its table in each library that uses it.
+    if(WREN_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+        # A class of the SDK has its table in each library that uses it, which this compiler's runtime takes for a clash.
         add_compile_options(-fsanitize-address-use-odr-indicator)
     endif()
 endif()
