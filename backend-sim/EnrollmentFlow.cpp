@@ -1,5 +1,7 @@
 #include "backend-sim/EnrollmentFlow.h"
 
+#include "backend-sim/Words.h"
+
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -8,8 +10,6 @@ namespace sim {
 namespace {
 
 constexpr std::array stageNames{"requested", "started", "logging_in", "registering", "cancelling"};
-
-constexpr std::string_view internalError = "internal_error";
 
 } // namespace
 
@@ -35,7 +35,7 @@ void EnrollmentFlow::reEnroll(const Target& connection, const Request& request) 
     if (!core.device().hasEnrollment(asked.subject.id)) {
         asked.flaw = "invalid_enrollment_id";
     } else if (!core.device().enrollment.reenrollAllowed) {
-        asked.flaw = internalError;
+        asked.flaw = words::internalError;
     }
     begin(std::move(asked));
 }
@@ -44,7 +44,7 @@ void EnrollmentFlow::begin(Run asked) {
     const bool isTaken = isRunning() && run->connection != asked.connection && run->connection->isRunning();
     if (isTaken || core.device().isDown()) {
         core.send(asked.connection, wrensim_enrollment_status_notification,
-                  progressDocument(asked.subject, "error", internalError));
+                  progressDocument(asked.subject, "error", words::internalError));
         return;
     }
     end();
@@ -130,7 +130,7 @@ void EnrollmentFlow::finishCancelling() {
 
 void EnrollmentFlow::abort() {
     if (isRunning()) {
-        fail(internalError);
+        fail(words::internalError);
     }
 }
 

@@ -1,14 +1,11 @@
 #include "backend-sim/UnenrollmentFlow.h"
 
+#include "backend-sim/Words.h"
+
 #include <string>
 #include <utility>
 
 namespace sim {
-namespace {
-
-constexpr std::string_view internalError = "internal_error";
-
-} // namespace
 
 void UnenrollmentFlow::unenroll(const Target& connection, const Request& request) {
     Run asked{.connection = connection,
@@ -17,7 +14,7 @@ void UnenrollmentFlow::unenroll(const Target& connection, const Request& request
     const bool isTaken = isRunning() && run->connection != connection && run->connection->isRunning();
     if (isTaken || core.device().isDown()) {
         tell(asked, "started", "");
-        tell(asked, "complete", internalError);
+        tell(asked, "complete", words::internalError);
         return;
     }
     run = std::move(asked);
@@ -43,7 +40,7 @@ void UnenrollmentFlow::finish() {
         return complete("invalid_enrollment_id");
     }
     if (!core.device().enrollment.unenrollAllowed) {
-        return complete(internalError);
+        return complete(words::internalError);
     }
     core.device().unenroll();
     core.publishStatus();
@@ -57,7 +54,7 @@ void UnenrollmentFlow::abort() {
         if (!run->isStarted) {
             tell(*run, "started", "");
         }
-        complete(internalError);
+        complete(words::internalError);
     }
 }
 

@@ -14,6 +14,9 @@ using Words = std::span<const Word>;
 
 namespace words {
 
+/// What the service says of its own failures.
+inline constexpr Word internalError = "internal_error";
+
 /// What keeps the service from working at all, as the substate of its error.
 inline constexpr std::array<Word, 6> serviceError{
     "none", "ipc_failure", "no_choice", "not_single_user", "no_service", "other",
@@ -30,20 +33,20 @@ inline constexpr std::array<Word, 12> interceptor{
     "upgrade_pending",
     "planned_disruption",
     "code_sign_check_failed",
-    "internal_error",
+    internalError,
     "unknown",
 };
 inline constexpr std::array<Word, 5> posture{
-    "ok", "unreachable", "bad_response", "internal_error", "unknown",
+    "ok", "unreachable", "bad_response", internalError, "unknown",
 };
-inline constexpr std::array<Word, 4> keyStore{"ok", "not_supported", "internal_error", "unknown"};
+inline constexpr std::array<Word, 4> keyStore{"ok", "not_supported", internalError, "unknown"};
 inline constexpr std::array<Word, 7> server{
-    "ok", "unreachable", "bad_client_cert", "bad_server_cert", "bad_response", "internal_error", "unknown",
+    "ok", "unreachable", "bad_client_cert", "bad_server_cert", "bad_response", internalError, "unknown",
 };
 inline constexpr std::array<Word, 6> certificate{
-    "ok", "expired", "revoked", "rejected", "internal_error", "unknown",
+    "ok", "expired", "revoked", "rejected", internalError, "unknown",
 };
-inline constexpr std::array<Word, 4> certificateRenewal{"ok", "waiting", "internal_error", "unknown"};
+inline constexpr std::array<Word, 4> certificateRenewal{"ok", "waiting", internalError, "unknown"};
 inline constexpr std::array<Word, 3> fingerprint{"Matched", "Unmatched", "Unknown"};
 inline constexpr std::array<Word, 4> alertCategory{
     "policy_error",
@@ -58,7 +61,7 @@ inline constexpr std::array<Word, 12> enrollmentFailure{
     "cancelled",
     "invalid_choice_id",
     "invalid_enrollment_id",
-    "internal_error",
+    internalError,
     "initialization_error",
     "user_authentication_error",
     "device_registration_error",
@@ -68,7 +71,7 @@ inline constexpr std::array<Word, 12> enrollmentFailure{
     "server_certificate_error",
     "posture_no_hardware_security_error",
 };
-inline constexpr std::array<Word, 2> unenrollmentFailure{"invalid_enrollment_id", "internal_error"};
+inline constexpr std::array<Word, 2> unenrollmentFailure{"invalid_enrollment_id", internalError};
 
 } // namespace words
 } // namespace sim

@@ -35,15 +35,15 @@ private:
 };
 
 template <class Event>
-WorkloadEntry entryOf(const char* name) {
+WorkloadEntry machineEntry(const char* name) {
     return {name, 1'000, [] { return std::make_unique<MachineEvent<Event>>(); }};
 }
 
 } // namespace
 
 std::vector<WorkloadEntry> machineWorkloads() {
-    return {entryOf<StatusNotification_e>("event-taken"),
-            entryOf<EnrollmentStatusNotification_e>("event-untaken")};
+    return {machineEntry<StatusNotification_e>("event-taken"),
+            machineEntry<EnrollmentStatusNotification_e>("event-untaken")};
 }
 
 } // namespace bench

@@ -28,19 +28,20 @@ if(WREN_SANITIZE)
     endif()
 endif()
 
+if(WREN_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+    set(unguided -fno-sanitize=fuzzer-no-link) # what is fuzzed is the module; counts in anything else lead nowhere
+endif()
+
 # wren_beside_the_module(TARGET...): what stands around the module needs no speed in a sanitizer's build, and is most of what
 # such a build compiles.
 function(wren_beside_the_module)
     if(WREN_SANITIZE)
         foreach(target IN LISTS ARGN)
-            target_compile_options(${target} PRIVATE -O0)
+            target_compile_options(${target} PRIVATE -O0 ${unguided})
         endforeach()
     endif()
 endfunction()
-
-if(WREN_FUZZ)
-    add_compile_options(-fsanitize=fuzzer-no-link)
-endif()
 
 if(WREN_COVERAGE)
     add_compile_options(--coverage -fprofile-update=atomic) # threads count, too

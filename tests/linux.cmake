@@ -22,14 +22,18 @@ endfunction()
 macro(wren_system_tests)
 
 # The stand-in service, driven through its exports; its parts that no export shows are linked in as well.
-file(GLOB backend_sources CONFIGURE_DEPENDS backend-sim/*.cpp backend-sim/*.c)
+file(GLOB backend_sources CONFIGURE_DEPENDS backend-sim/*.cpp)
+file(GLOB c_sources CONFIGURE_DEPENDS backend-sim/*.c)
+add_library(wren_backend_c_tests OBJECT ${c_sources})
+target_link_libraries(wren_backend_c_tests PRIVATE wren_flags wren_sdk)
+target_include_directories(wren_backend_c_tests PRIVATE ${CMAKE_SOURCE_DIR})
 add_executable(wren_backend_tests ${backend_sources})
 target_include_directories(wren_backend_tests PRIVATE ${CMAKE_SOURCE_DIR})
 target_compile_definitions(wren_backend_tests PRIVATE WREN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 target_link_libraries(wren_backend_tests PRIVATE
-    wren_flags wren_test_support kes_wren_api wren_sim wren_plugin wren_sdk wren_common Boost::json GTest::gmock GTest::gtest_main)
-target_precompile_headers(wren_backend_tests PRIVATE # not for the one source in C
-    "$<$<COMPILE_LANGUAGE:CXX>:<boost/json.hpp$<ANGLE-R>;<gmock/gmock.h$<ANGLE-R>;<gtest/gtest.h$<ANGLE-R>>")
+    wren_flags wren_backend_c_tests wren_test_support kes_wren_api wren_sim wren_plugin wren_sdk wren_common Boost::json
+    GTest::gmock GTest::gtest_main)
+target_precompile_headers(wren_backend_tests REUSE_FROM wren_test_headers)
 wren_tests(wren_backend_tests)
 
 # The reference host: its parts, run against a module that only echoes, and the program itself.
@@ -53,8 +57,6 @@ endif()
 add_library(wren_crashing_module MODULE host/bundle/module/CrashingModule.cpp)
 target_compile_definitions(wren_crashing_module PRIVATE WREN_MODULE_BUILD)
 target_link_libraries(wren_crashing_module PRIVATE wren_flags wren_sdk)
-set_source_files_properties(host/bundle/BundleProgram_test.cpp PROPERTIES COMPILE_DEFINITIONS
-    WREN_CRASHING_MODULE="$<TARGET_FILE:wren_crashing_module>")
 
 file(GLOB host_sources CONFIGURE_DEPENDS host/serve/*.cpp host/strict/*.cpp)
 if(NOT WREN_SANITIZE MATCHES "thread") # what else the host does, it does on one thread
@@ -63,12 +65,12 @@ if(NOT WREN_SANITIZE MATCHES "thread") # what else the host does, it does on one
 endif()
 add_executable(wren_host_tests ${host_sources})
 target_link_libraries(wren_host_tests PRIVATE wren_flags wren_host_parts GTest::gmock GTest::gtest_main)
-target_precompile_headers(wren_host_tests PRIVATE
-    <boost/json.hpp> <gmock/gmock.h> <gtest/gtest.h> <functional> <map> <memory> <optional> <string> <vector>)
+target_precompile_headers(wren_host_tests REUSE_FROM wren_test_headers)
 target_compile_definitions(wren_host_tests PRIVATE
     WREN_HOST_PROGRAM="$<TARGET_FILE:wren-host>"
     WREN_ECHO_MODULE="$<TARGET_FILE:wren_echo_module>"
     WREN_DEFECTIVE_MODULE="$<TARGET_FILE:wren_defective_module>"
+    WREN_CRASHING_MODULE="$<TARGET_FILE:wren_crashing_module>"
     WREN_BACKEND_LIBRARY="$<TARGET_FILE:kes_wren_api>")
 add_dependencies(wren_host_tests wren-host wren_crashing_module wren_defective_module wren_echo_module kes_wren_api
     kes_wren_presentation_plugin)
@@ -84,7 +86,7 @@ file(GLOB boundary_sources CONFIGURE_DEPENDS boundary/*_test.cpp)
 add_executable(wren_boundary_tests ${boundary_sources})
 target_link_libraries(wren_boundary_tests PRIVATE
     wren_flags wren_boundary wren_test_support GTest::gmock GTest::gtest_main)
-target_precompile_headers(wren_boundary_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h> <functional> <string> <vector>)
+target_precompile_headers(wren_boundary_tests REUSE_FROM wren_test_headers)
 # Single calls from one thread, in every order, at every stage: the thread sanitizer has nothing to see there.
 if(WREN_SANITIZE MATCHES "thread")
     wren_tests(wren_boundary_tests -MachineModel.*:BackendFaults.Every*:*LifecycleOrders.EveryOrder*)
@@ -132,8 +134,7 @@ endif()
 if(NOT WREN_SANITIZE)
     find_program(WREN_NODE node REQUIRED)
     add_test(NAME page COMMAND ${WREN_NODE} --test --test-concurrency=2 WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/page)
-    set_tests_properties(page PROPERTIES TIMEOUT 2400 COST 300 ENVIRONMENT
-        "WREN_SCREENSHOTS=${CMAKE_BINARY_DIR}/screenshots;WREN_HOST_PROGRAM=$<TARGET_FILE:wren-host>")
+    set_tests_properties(page PROPERTIES TIMEOUT 2400 COST 300 ENVIRONMENT "WREN_HOST_PROGRAM=$<TARGET_FILE:wren-host>")
 endif()
 
 # The documentation: what it shows is what the programs print, and the headers are documented. The sanitizers' builds

@@ -52,7 +52,7 @@ std::vector<NoticeElement> storysNotices(Trial& trial) {
         .notices();
 }
 
-std::string attributesOf(const NoticeElement& element) {
+std::string attributeNamesOf(const NoticeElement& element) {
     std::string names;
     for (const auto& [name, value] : element.attributes) {
         names.append(names.empty() ? "" : " ").append(name);
@@ -73,7 +73,7 @@ void stampsEveryNotice(Trial& trial) {
 void ordersItsAttributes(Trial& trial) {
     for (const NoticeElement& notice : storysNotices(trial)) {
         const std::string_view type = notice.attribute("type");
-        const std::string seen = attributesOf(notice);
+        const std::string seen = attributeNamesOf(notice);
         const bool hasState = notice.has("state");
         const std::string_view wanted = type == "apilog"  ? "module type tag timestamp"
                                         : type == "popup" ? "module type"

@@ -22,7 +22,7 @@ using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 namespace fs = std::filesystem;
 
-struct Outcome {
+struct ProgramRun {
     int exitCode = -1;
     std::string out;
     std::string error;
@@ -67,7 +67,7 @@ public:
     }
     void signal(int number) const { ::kill(child, number); }
 
-    Outcome finish() {
+    ProgramRun finish() {
         std::string errors;
         while (readSome(out[0], caught)) {
         }
@@ -92,7 +92,7 @@ private:
     std::string caught;
 };
 
-Outcome run(const std::vector<std::string>& arguments) { return Program(arguments).finish(); }
+ProgramRun run(const std::vector<std::string>& arguments) { return Program(arguments).finish(); }
 
 /// A folder of its own for the files of a test, and for the temporary files of the program.
 class ProgramTest : public ::testing::Test {
@@ -111,7 +111,7 @@ protected:
         std::ofstream(file, std::ios::binary) << content;
         return file.string();
     }
-    Outcome runSession(const std::string& content) {
+    ProgramRun runSession(const std::string& content) {
         return run({"script", session(content), "--module", test::echoModule});
     }
     bool leftTemporaryFiles() const {
@@ -127,10 +127,10 @@ protected:
 };
 
 TEST_F(ProgramTest, ScriptPrintsTheSession) {
-    const Outcome outcome = runSession("# comment\n"
-                                       "{\"do\":\"session\",\"format\":1,\"time_zone\":\"UTC\"}\n"
-                                       "{\"do\":\"create\",\"name\":\"other\"}\n"
-                                       "{\"n\":2,\"out\":\"created\",\"object\":true}\n");
+    const ProgramRun outcome = runSession("# comment\n"
+                                          "{\"do\":\"session\",\"format\":1,\"time_zone\":\"UTC\"}\n"
+                                          "{\"do\":\"create\",\"name\":\"other\"}\n"
+                                          "{\"n\":2,\"out\":\"created\",\"object\":true}\n");
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.error, "");
     EXPECT_EQ(outcome.out,
@@ -147,7 +147,7 @@ TEST_F(ProgramTest, StrictScriptNamesTheRulesThatAreBrokenAndExitsWith1) {
         "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
         "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
         "{\"do\":\"event\",\"xml\":\"notice <vtguiNotice/>\"}\n");
-    const Outcome outcome = run({"script", file, "--strict", "--module", test::echoModule});
+    const ProgramRun outcome = run({"script", file, "--strict", "--module", test::echoModule});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(outcome.error,
               "wren-host: rule broken: foreign-module: \"module\" = \"\" (A notice names the "
@@ -158,7 +158,7 @@ TEST_F(ProgramTest, StrictScriptNamesTheRulesThatAreBrokenAndExitsWith1) {
 }
 
 TEST_F(ProgramTest, StrictScriptOfTheModuleBreaksNoRule) {
-    const Outcome outcome = run(
+    const ProgramRun outcome = run(
         {"script",
          session(
              "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
@@ -170,7 +170,7 @@ TEST_F(ProgramTest, StrictScriptOfTheModuleBreaksNoRule) {
 }
 
 TEST_F(ProgramTest, ScriptThatFailsOnItsWayHasPrintedWhatItDid) {
-    const Outcome outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"start\"}\n");
+    const ProgramRun outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"start\"}\n");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_THAT(outcome.error,
                 MatchesRegex("wren-host: .*a session.jsonl:2: object \"p\" was never created\n"));
@@ -179,14 +179,14 @@ TEST_F(ProgramTest, ScriptThatFailsOnItsWayHasPrintedWhatItDid) {
 }
 
 TEST_F(ProgramTest, ScriptWithAFaultRunsNothing) {
-    const Outcome outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"nothing\"}\n");
+    const ProgramRun outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"nothing\"}\n");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out, "");
     EXPECT_THAT(outcome.error, MatchesRegex("wren-host: .*a session.jsonl:2: unknown \"do\": \"nothing\"\n"));
 }
 
 TEST_F(ProgramTest, ScriptEndsObjectsThatTheSessionLeavesBehind) {
-    const Outcome outcome = runSession(
+    const ProgramRun outcome = runSession(
         "{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"}\n"
         "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
         "{\"do\":\"start\"}\n");
@@ -200,14 +200,14 @@ TEST_F(ProgramTest, ReplayOfItsOwnRecordingIsAsExpected) {
         "{\"do\":\"register\",\"arguments\":\"\",\"callbacks\":\"h\",\"translator\":true,\"handle\":1}\n"
         "{\"do\":\"start\"}\n{\"do\":\"stop\"}\n";
     const std::string recording = runSession(inputs).out;
-    const Outcome outcome = run({"replay", session(recording), "--module", test::echoModule});
+    const ProgramRun outcome = run({"replay", session(recording), "--module", test::echoModule});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
     EXPECT_EQ(outcome.error, "");
     EXPECT_THAT(outcome.out, MatchesRegex(".*a session.jsonl: [0-9]+ outputs as expected\n"));
 }
 
 TEST_F(ProgramTest, ReplayThatDiffersSaysWhereAndExitsWith1) {
-    const Outcome outcome = run(
+    const ProgramRun outcome = run(
         {"replay",
          session("{\"do\":\"create\",\"name\":\"other\"}\n{\"n\":1,\"out\":\"created\",\"object\":true}\n"),
          "--log", "DBG_ERROR", "--module", test::echoModule});
@@ -219,7 +219,7 @@ TEST_F(ProgramTest, ReplayThatDiffersSaysWhereAndExitsWith1) {
 }
 
 TEST_F(ProgramTest, ReplayOfABrokenFileExitsWith2) {
-    const Outcome outcome = run({"replay", session("{\"do\":\"interfaces\"}\n{\"out\":\"thing\"}\n")});
+    const ProgramRun outcome = run({"replay", session("{\"do\":\"interfaces\"}\n{\"out\":\"thing\"}\n")});
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out, "");
     EXPECT_THAT(outcome.error, MatchesRegex("wren-host: .*a session.jsonl:2: unknown \"out\": \"thing\"\n"));
@@ -253,7 +253,7 @@ TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
         {"machine", "--table", "--region", "Main"},
     };
     for (const auto& commandLine : commandLines) {
-        const Outcome outcome = run(commandLine);
+        const ProgramRun outcome = run(commandLine);
         EXPECT_EQ(outcome.exitCode, 2) << ::testing::PrintToString(commandLine);
         EXPECT_EQ(outcome.out, "") << ::testing::PrintToString(commandLine);
         EXPECT_THAT(outcome.error, MatchesRegex("wren-host: [^\n]+\n"))
@@ -266,18 +266,18 @@ TEST_F(ProgramTest, ScriptMakesAllObjectsThroughTheInterfaceThatIsAskedFor) {
     for (const std::string kind : {"", R"(,"kind":"cpp")"}) {
         const std::string file =
             session("{\"do\":\"create\",\"name\":\"com.norvane.vantor.presentation\"" + kind + "}");
-        const Outcome record = run({"script", file, "--interface", "c"});
+        const ProgramRun record = run({"script", file, "--interface", "c"});
         EXPECT_EQ(record.exitCode, 0);
         EXPECT_THAT(record.out, HasSubstr("\"function\":\"CreateCbasedPlugin\""));
         EXPECT_THAT(record.out, HasSubstr("\"out\":\"created\",\"object\":true"));
-        const Outcome object = run({"script", file, "--interface", "cpp"});
+        const ProgramRun object = run({"script", file, "--interface", "cpp"});
         EXPECT_THAT(object.out, testing::Not(HasSubstr("CreateCbasedPlugin")));
         EXPECT_THAT(object.out, HasSubstr("\"out\":\"created\",\"object\":true"));
     }
 }
 
 TEST_F(ProgramTest, InfoIsTheSameThroughTheRecord) {
-    const Outcome record = run({"info", "--interface", "c"});
+    const ProgramRun record = run({"info", "--interface", "c"});
     EXPECT_EQ(record.exitCode, 0);
     EXPECT_THAT(record.out, HasSubstr("label            Wren Gate\n"));
     EXPECT_EQ(record.out, run({"info"}).out);
@@ -287,30 +287,30 @@ TEST_F(ProgramTest, WatchShowsTheScreenThroughTheRecordToo) {
     Program program({"watch", "--log", "DBG_INFO", "--interface", "c"});
     program.waitForOutput("Wren Gate: Initializing. Please wait...\n");
     program.signal(SIGINT);
-    const Outcome outcome = program.finish();
+    const ProgramRun outcome = program.finish();
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.out, HasSubstr("log I CreateCbasedPresentationPlugin: Created C Plugin interface"));
     EXPECT_THAT(outcome.out, HasSubstr("log I DisposeCbasedPresentationPlugin: Disposed C Plugin"));
 }
 
 TEST_F(ProgramTest, HelpIsNoError) {
-    const Outcome outcome = run({"--help"});
+    const ProgramRun outcome = run({"--help"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.out, HasSubstr("script"));
 }
 
 TEST_F(ProgramTest, MachineIsDrawnInTheNotationThatIsAskedFor) {
-    const Outcome dot = run({"machine", "--dot"});
+    const ProgramRun dot = run({"machine", "--dot"});
     EXPECT_EQ(dot.exitCode, 0);
     EXPECT_THAT(dot.out, StartsWith("digraph PresentationPlugin {\n"));
     EXPECT_THAT(run({"machine", "--mermaid"}).out, StartsWith("stateDiagram-v2\n"));
-    const Outcome table = run({"machine", "--table", "--region", "alert"});
+    const ProgramRun table = run({"machine", "--table", "--region", "alert"});
     EXPECT_THAT(table.out, StartsWith("### Started_s, region alert\n"));
     EXPECT_THAT(table.out, testing::Not(HasSubstr("Unregistered_s")));
 }
 
 TEST_F(ProgramTest, InfoTellsWhatTheModuleIs) {
-    const Outcome text = run({"info", test::echoModule});
+    const ProgramRun text = run({"info", test::echoModule});
     EXPECT_EQ(text.exitCode, 0);
     EXPECT_THAT(text.out, StartsWith("module           " + std::string(test::echoModule) +
                                      "\n"
@@ -322,7 +322,7 @@ TEST_F(ProgramTest, InfoTellsWhatTheModuleIs) {
                                      "exports          CreatePlugin\n"
                                      "                 DisposePlugin\n"
                                      "                 GetAvailableInterfaces\n"));
-    const Outcome json = run({"info", "--json", test::echoModule});
+    const ProgramRun json = run({"info", "--json", test::echoModule});
     EXPECT_EQ(json.exitCode, 0);
     EXPECT_THAT(json.out,
                 StartsWith("{\"module\":\"" + std::string(test::echoModule) +
@@ -336,7 +336,7 @@ TEST_F(ProgramTest, WatchPrintsUntilItIsInterrupted) {
         Program program({"watch", "--module", test::echoModule});
         program.waitForOutput("Unreadable notice"); // the echo of the first status is no XML
         program.signal(number);
-        const Outcome outcome = program.finish();
+        const ProgramRun outcome = program.finish();
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_EQ(outcome.error, "");
         EXPECT_THAT(outcome.out, testing::Not(HasSubstr("log ")));
@@ -350,7 +350,7 @@ TEST_F(ProgramTest, WatchRecordsWhatReplaysAlike) {
         program.waitForOutput("Registration is required to access secure resources.\n");
         program.signal(SIGINT);
         EXPECT_EQ(program.finish().exitCode, 0);
-        const Outcome outcome = run({"replay", file});
+        const ProgramRun outcome = run({"replay", file});
         EXPECT_EQ(outcome.exitCode, 0) << outcome.out << outcome.error;
         EXPECT_THAT(outcome.out, testing::EndsWith(" outputs as expected\n"));
     }
@@ -364,7 +364,7 @@ TEST_F(ProgramTest, WatchTellsOfBrokenRules) {
 }
 
 TEST_F(ProgramTest, WatchThatCannotRecordSaysSoBeforeItRuns) {
-    const Outcome outcome = run({"watch", "--record", "/nonexistent/file"});
+    const ProgramRun outcome = run({"watch", "--record", "/nonexistent/file"});
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.error, "wren-host: cannot write the recording /nonexistent/file\n");
@@ -374,7 +374,7 @@ TEST_F(ProgramTest, WatchPrintsTheLogWhereItIsAskedTo) {
     Program program({"watch", "--log", "DBG_TRACE", "--module", test::echoModule});
     program.waitForOutput("Unreadable notice");
     program.signal(SIGINT);
-    const Outcome outcome = program.finish();
+    const ProgramRun outcome = program.finish();
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.out, HasSubstr("log T CreatePlugin: com.norvane.vantor.presentation\n"));
     EXPECT_THAT(outcome.out, HasSubstr("log T EchoPlugin::Stop: 0\n"));

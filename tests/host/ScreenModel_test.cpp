@@ -1,5 +1,7 @@
 #include "host/ScreenModel.h"
 
+#include "tests/host/NoticeText.h"
+
 #include <gmock/gmock.h>
 
 #include <string>
@@ -8,28 +10,23 @@
 namespace {
 
 using host::ScreenChange;
+using test::noticeText;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Kind = host::ScreenChange::Kind;
 
-/// A notice of that type with that content.
-std::string notice(const std::string& type, const std::string& content, const std::string& more = {}) {
-    return "<vtguiNotice module=\"m\" type=\"" + type + "\" timestamp=\"t\"" + more + ">" + content +
-           "</vtguiNotice>";
-}
-
-const std::string tileSetup =
-    notice("setup",
-           R"(<label id="simple_tile_label" value="Wren Gate" hidden="false" disabled="false"/>)"
-           R"(<label id="simple_status" value="Initializing" hidden="false" disabled="false"/>)"
-           R"(<log messagehistory="Initializing"/>)"
-           R"(<button id="enroll" label="Enroll" hidden="true" disabled="true" OnPress="enroll_OnPress"/>)"
-           R"(<traystate id="tray_state_string" value="Starting"/>)",
-           R"( state="Transition")");
+const std::string tileSetup = noticeText(
+    "setup",
+    R"(<label id="simple_tile_label" value="Wren Gate" hidden="false" disabled="false"/>)"
+    R"(<label id="simple_status" value="Initializing" hidden="false" disabled="false"/>)"
+    R"(<log messagehistory="Initializing"/>)"
+    R"(<button id="enroll" label="Enroll" hidden="true" disabled="true" OnPress="enroll_OnPress"/>)"
+    R"(<traystate id="tray_state_string" value="Starting"/>)",
+    R"( state="Transition")");
 
 const std::string panelSetup =
-    notice("setup", R"(<label id="group" value="Enrollments:" hidden="false" disabled="false"/>)"
-                    R"(<button id="unenroll" label="Unenroll" hidden="false" disabled="true"/>)");
+    noticeText("setup", R"(<label id="group" value="Enrollments:" hidden="false" disabled="false"/>)"
+                        R"(<button id="unenroll" label="Unenroll" hidden="false" disabled="true"/>)");
 
 class ScreenModel : public ::testing::Test {
 protected:
@@ -65,10 +62,10 @@ TEST_F(ScreenModel, SetupLaysOutAPart) {
 
 TEST_F(ScreenModel, UpdateWritesOverAndKeepsTheBinding) {
     apply(tileSetup);
-    EXPECT_THAT(
-        apply(notice("update", R"(<label id="simple_status" value="Ready" hidden="false"/>)"
-                               R"(<button id="enroll" label="Enroll" hidden="false" disabled="false"/>)")),
-        ElementsAre(Kind::Part));
+    EXPECT_THAT(apply(noticeText("update",
+                                 R"(<label id="simple_status" value="Ready" hidden="false"/>)"
+                                 R"(<button id="enroll" label="Enroll" hidden="false" disabled="false"/>)")),
+                ElementsAre(Kind::Part));
     ASSERT_EQ(screen.parts().size(), 1u);
     const auto& tile = screen.parts()[0];
     EXPECT_EQ(tile.controls.size(), 3u);
@@ -81,7 +78,7 @@ TEST_F(ScreenModel, UpdateWritesOverAndKeepsTheBinding) {
 TEST_F(ScreenModel, PartsStayApart) {
     apply(tileSetup);
     apply(panelSetup);
-    EXPECT_THAT(apply(notice("update", R"(<button id="unenroll" disabled="false"/>)")),
+    EXPECT_THAT(apply(noticeText("update", R"(<button id="unenroll" disabled="false"/>)")),
                 ElementsAre(Kind::Part));
     EXPECT_EQ(changes[0].index, 1u);
     ASSERT_EQ(screen.parts().size(), 2u);
@@ -92,7 +89,7 @@ TEST_F(ScreenModel, PartsStayApart) {
 
 TEST_F(ScreenModel, SecondSetupLaysThePartOutAnew) {
     apply(tileSetup);
-    apply(notice("setup", R"(<label id="simple_status" value="Again"/>)"));
+    apply(noticeText("setup", R"(<label id="simple_status" value="Again"/>)"));
     ASSERT_EQ(screen.parts().size(), 1u);
     EXPECT_EQ(screen.parts()[0].controls.size(), 1u);
 }
@@ -104,22 +101,22 @@ TEST_F(ScreenModel, ListsAreReplacedWhole) {
         R"(<listrow id="r"><listrowcolumn label="Row:"/><listrowcolumn label="1"/></listrow>)"
         R"(<listrow id="r"><listrowcolumn label="Row:"/><listrowcolumn label="2"/></listrow>)"
         R"(</listgroup></outlinelistbox>)";
-    EXPECT_THAT(apply(notice("setup", list)), ElementsAre(Kind::Statistics));
+    EXPECT_THAT(apply(noticeText("setup", list)), ElementsAre(Kind::Statistics));
     EXPECT_EQ(changes[0].text, "list");
     EXPECT_EQ(screen.statistics().at("list"),
               (host::StatisticsList{{"g", "Group:", {{"r", {"Row:", "1"}}, {"r", {"Row:", "2"}}}}}));
-    apply(notice("update",
-                 R"(<outlinelistbox id="list" updaterows="true"><listgroup id="h"/></outlinelistbox>)"));
+    apply(noticeText("update",
+                     R"(<outlinelistbox id="list" updaterows="true"><listgroup id="h"/></outlinelistbox>)"));
     EXPECT_EQ(screen.statistics().at("list"), (host::StatisticsList{{"h", "", {}}}));
     EXPECT_THAT(screen.parts(), IsEmpty());
 }
 
 TEST_F(ScreenModel, ToastsComeAndGoByThemselves) {
-    EXPECT_THAT(
-        apply(notice("popup", R"(<popup id="toast" type="notification" severity="info">)"
-                              R"(<title value="Title"/><text value="Text"/>)"
-                              R"(<button id="b" label="Enroll" hidden="false" disabled="false"/></popup>)")),
-        ElementsAre(Kind::Toast));
+    EXPECT_THAT(apply(noticeText(
+                    "popup", R"(<popup id="toast" type="notification" severity="info">)"
+                             R"(<title value="Title"/><text value="Text"/>)"
+                             R"(<button id="b" label="Enroll" hidden="false" disabled="false"/></popup>)")),
+                ElementsAre(Kind::Toast));
     EXPECT_EQ(changes[0].popup.title, "Title");
     EXPECT_THAT(changes[0].popup.texts, ElementsAre("Text"));
     ASSERT_EQ(changes[0].popup.controls.size(), 1u);
@@ -127,18 +124,18 @@ TEST_F(ScreenModel, ToastsComeAndGoByThemselves) {
     EXPECT_THAT(screen.popups(), IsEmpty());
 }
 
-const std::string dialog =
-    notice("popup", R"(<popup id="dialog" type="custom"><title value="Title"/><closebutton id="x"/><layout>)"
-                    R"(<row><label id="l1" value="Header"/></row><row><label id="l2" value="Details"/></row>)"
-                    R"(<row><button id="b" label="Close"/></row></layout></popup>)");
+const std::string openDialog = noticeText(
+    "popup", R"(<popup id="dialog" type="custom"><title value="Title"/><closebutton id="x"/><layout>)"
+             R"(<row><label id="l1" value="Header"/></row><row><label id="l2" value="Details"/></row>)"
+             R"(<row><button id="b" label="Close"/></row></layout></popup>)");
 
 TEST_F(ScreenModel, DialogStaysUntilItIsDisposedOf) {
-    EXPECT_THAT(apply(dialog), ElementsAre(Kind::PopupOpened));
+    EXPECT_THAT(apply(openDialog), ElementsAre(Kind::PopupOpened));
     const auto& popup = screen.popups().at("dialog");
     EXPECT_EQ(popup.type, "custom");
     EXPECT_THAT(popup.texts, ElementsAre("Header", "Details"));
     EXPECT_EQ(popup.controls.size(), 2u);
-    const std::string dispose = notice("popup", R"(<popup id="dialog" dispose="true"/>)");
+    const std::string dispose = noticeText("popup", R"(<popup id="dialog" dispose="true"/>)");
     EXPECT_THAT(apply(dispose), ElementsAre(Kind::PopupClosed));
     EXPECT_EQ(changes[0].popup.title, "Title");
     EXPECT_THAT(screen.popups(), IsEmpty());
@@ -146,30 +143,33 @@ TEST_F(ScreenModel, DialogStaysUntilItIsDisposedOf) {
 }
 
 TEST_F(ScreenModel, BrowserIsRaisedByANoticeWithoutContent) {
-    const std::string raise = notice("popup", R"(<popup id="browser" type="browser" show="true"/>)");
+    const std::string raise = noticeText("popup", R"(<popup id="browser" type="browser" show="true"/>)");
     EXPECT_THAT(apply(raise), IsEmpty()) << "not open yet";
-    apply(notice("popup", R"(<popup id="browser" type="browser" show="true"><title value="T"/>)"
-                          R"(<webbrowser id="w" operation="browse" start_url="https://a.test/"/></popup>)"));
+    apply(noticeText("popup",
+                     R"(<popup id="browser" type="browser" show="true"><title value="T"/>)"
+                     R"(<webbrowser id="w" operation="browse" start_url="https://a.test/"/></popup>)"));
     EXPECT_THAT(apply(raise), ElementsAre(Kind::PopupRaised));
     EXPECT_EQ(screen.popups().at("browser").controls[0].attribute("start_url"), "https://a.test/");
 }
 
 TEST_F(ScreenModel, WindowIsShownAndHidden) {
-    EXPECT_THAT(apply(notice("update", R"(<application show="false"/>)")), ElementsAre(Kind::WindowHidden));
-    EXPECT_THAT(apply(notice("update", R"(<application show="true"/>)")), ElementsAre(Kind::WindowShown));
+    EXPECT_THAT(apply(noticeText("update", R"(<application show="false"/>)")),
+                ElementsAre(Kind::WindowHidden));
+    EXPECT_THAT(apply(noticeText("update", R"(<application show="true"/>)")), ElementsAre(Kind::WindowShown));
 }
 
 TEST_F(ScreenModel, LogNoticesChangeNothing) {
-    EXPECT_THAT(apply(notice("apilog", "<statusnotification>{}</statusnotification>", R"( tag="apilog")")),
-                IsEmpty());
+    EXPECT_THAT(
+        apply(noticeText("apilog", "<statusnotification>{}</statusnotification>", R"( tag="apilog")")),
+        IsEmpty());
 }
 
 TEST_F(ScreenModel, UnreadableNoticesAreTold) {
     EXPECT_THAT(apply("nonsense"), ElementsAre(Kind::Unreadable));
-    EXPECT_THAT(apply(notice("quit", "")), ElementsAre(Kind::Unreadable));
+    EXPECT_THAT(apply(noticeText("quit", "")), ElementsAre(Kind::Unreadable));
     EXPECT_EQ(changes[0].text, "a notice of type \"quit\"");
-    EXPECT_THAT(apply(notice("popup", "")), ElementsAre(Kind::Unreadable));
-    EXPECT_THAT(apply(notice("update", "")), IsEmpty());
+    EXPECT_THAT(apply(noticeText("popup", "")), ElementsAre(Kind::Unreadable));
+    EXPECT_THAT(apply(noticeText("update", "")), IsEmpty());
 }
 
 } // namespace

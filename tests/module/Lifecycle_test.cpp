@@ -19,7 +19,7 @@ protected:
     test::ModuleSession session;
 };
 
-const std::string unexpected = ": Unexpected state transition";
+const std::string unexpectedTransition = ": Unexpected state transition";
 const std::string version = " WREN Presentation Plugin Version '5.1.11.2143'";
 
 // Register.
@@ -50,7 +50,7 @@ TEST_F(Lifecycle, ASecondRegisterIsRefusedAndTheFirstCallbacksStay) {
     registerHost();
     EXPECT_EQ(run(R"({"do":"register","arguments":"","callbacks":"other","translator":true,"handle":9})"),
               (Lines{"log 0 PresentationPluginImpl::Register: Registering" + version,
-                     "log 2 PresentationPluginImpl::Register" + unexpected, "result -10"}));
+                     "log 2 PresentationPluginImpl::Register" + unexpectedTransition, "result -10"}));
     run(R"({"do":"start"})");
     for (const auto& output : session.outputs()) {
         if (output.at("out") == "notice") {
@@ -94,7 +94,7 @@ TEST_F(Lifecycle, StartBeforeRegisterIsRefused) {
     create();
     EXPECT_EQ(run(R"({"do":"start"})"),
               (Lines{"log 1 PresentationPluginImpl::Start: Starting" + version,
-                     "log 2 PresentationPluginImpl::Start" + unexpected, "result -10"}));
+                     "log 2 PresentationPluginImpl::Start" + unexpectedTransition, "result -10"}));
 }
 
 TEST_F(Lifecycle, StopBeforeStartIsRefusedWithoutStopDone) {
@@ -102,7 +102,7 @@ TEST_F(Lifecycle, StopBeforeStartIsRefusedWithoutStopDone) {
     registerHost();
     EXPECT_EQ(run(R"({"do":"stop"})"),
               (Lines{"log 1 PresentationPluginImpl::Stop: Stopping" + version,
-                     "log 2 PresentationPluginImpl::Stop" + unexpected, "result -10"}));
+                     "log 2 PresentationPluginImpl::Stop" + unexpectedTransition, "result -10"}));
 }
 
 TEST_F(Lifecycle, StopTreatsBothReasonsAlike) {
@@ -136,7 +136,7 @@ TEST_F(Lifecycle, UnregisterWhileStartedIsRefusedAndThePluginRunsOn) {
     session.start();
     EXPECT_EQ(run(R"({"do":"unregister"})"),
               (Lines{"log 0 PresentationPluginImpl::Unregister: Unregistering" + version,
-                     "log 2 PresentationPluginImpl::Unregister" + unexpected, "result -10"}));
+                     "log 2 PresentationPluginImpl::Unregister" + unexpectedTransition, "result -10"}));
     EXPECT_EQ(run(R"({"do":"stop"})").back(), "result 0");
 }
 
@@ -146,7 +146,7 @@ TEST_F(Lifecycle, AfterUnregisterANoticeHasNowhereToGo) {
 {"do":"unregister"})");
     EXPECT_EQ(withoutTrace(session.event("<vtguiEvent id=\"quill_tile_details_action_btn_OnPress\"/>")),
               (Lines{"log 3 PresentationPluginImpl::notifyVTGUI: UI callbacks not initialized",
-                     "log 2 PresentationPluginImpl::EventNotification" + unexpected, "result 0"}));
+                     "log 2 PresentationPluginImpl::EventNotification" + unexpectedTransition, "result 0"}));
 }
 
 // Disposal.

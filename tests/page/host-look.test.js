@@ -1,8 +1,5 @@
 import assert from "node:assert/strict";
-import { mkdir } from "node:fs/promises";
-import { dirname, join } from "node:path";
 import { test } from "node:test";
-import { fileURLToPath } from "node:url";
 
 import { encode } from "./support/browser.js";
 import { beginning } from "./support/host-entries.js";
@@ -10,8 +7,7 @@ import { enrolling } from "./support/host-machine.js";
 import { hello, useHostPage } from "./support/host-page.js";
 import { active, button, errorDialog, localPage, login, screen, tile, toast, unenrolled } from "./support/host-screens.js";
 import { alertsWithSection, interceptor, issuesSection, posture } from "./support/payloads.js";
-
-const folder = process.env.WREN_SCREENSHOTS ?? join(dirname(fileURLToPath(import.meta.url)), "../../build/screenshots");
+import { picture } from "./support/pictures.js";
 
 const shown = useHostPage({ deviceScaleFactor: 1.25 });
 
@@ -103,14 +99,12 @@ for (const [width, height] of [
     for (const [name, said, way] of screens) {
         test(`${name}, ${width} px wide: nothing is cut off, all text can be read`, async () => {
             const isNarrow = width < 600;
-            await mkdir(folder, { recursive: true });
             await shown.page.setViewportSize({ width, height });
             await shown.load(said);
             await way();
             for (const colorScheme of ["light", "dark"]) {
                 await shown.page.emulateMedia({ colorScheme });
-                const path = join(folder, `host-${name}-${colorScheme}-${width}.png`);
-                await shown.page.screenshot({ path, fullPage: isNarrow, animations: "disabled" });
+                await picture(shown.page, `host-${name}-${colorScheme}-${width}`, { fullPage: isNarrow });
                 assert.deepEqual(await overflow(), [], colorScheme);
                 assert.deepEqual(await faintTexts(), [], colorScheme);
                 assert.deepEqual(await smallTargets(isNarrow ? 44 : 24), [], colorScheme);

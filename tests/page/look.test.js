@@ -1,13 +1,9 @@
 import assert from "node:assert/strict";
-import { mkdir } from "node:fs/promises";
-import { dirname, join } from "node:path";
 import { test } from "node:test";
-import { fileURLToPath } from "node:url";
 
 import { encode, usePage } from "./support/browser.js";
 import { alert, alerts, alertsWithSection, blocked, interceptor, issuesSection, local, posture, progress, reenroll, remote } from "./support/payloads.js";
-
-const folder = process.env.WREN_SCREENSHOTS ?? join(dirname(fileURLToPath(import.meta.url)), "../../build/screenshots");
+import { picture } from "./support/pictures.js";
 
 const shown = usePage({ deviceScaleFactor: 1.5 });
 
@@ -53,14 +49,11 @@ for (const [width, height] of [
 ]) {
     for (const [name, payload, way] of screens) {
         test(`${name}, ${width} px wide: nothing is cut off, all text can be read, all targets be hit`, async () => {
-            await mkdir(folder, { recursive: true });
             await shown.page.setViewportSize({ width, height });
             await goThere(payload, way);
             for (const colorScheme of ["light", "dark"]) {
                 await shown.page.emulateMedia({ colorScheme });
-                // Taken first: it lets what moves come to rest.
-                const path = join(folder, `page-${name}-${colorScheme}-${width}.png`);
-                await shown.page.screenshot({ path, fullPage: true, animations: "disabled" });
+                await picture(shown.page, `page-${name}-${colorScheme}-${width}`, { fullPage: true });
                 assert.deepEqual(await overflow(), [], colorScheme);
                 assert.deepEqual(await faintTexts(), [], colorScheme);
                 assert.deepEqual(await smallTargets(), [], colorScheme);
@@ -173,7 +166,7 @@ test("where the system picks the colours, controls keep an edge", async () => {
     for (const selector of [".primary", ".note", ".badge"]) {
         assert.equal(await shown.page.locator(selector).evaluate((one) => getComputedStyle(one).borderTopStyle), "solid");
     }
-    await shown.page.screenshot({ path: join(folder, "page-forced-colors.png"), animations: "disabled" });
+    await picture(shown.page, "page-forced-colors");
     await shown.page.emulateMedia({ forcedColors: "none" });
 });
 

@@ -4,13 +4,13 @@
 
 namespace {
 
-struct ResultName {
+struct NumberedResult {
     QuillApiResult result;
     std::uint32_t value;
     const char* name;
 };
 
-constexpr ResultName resultNames[] = {
+constexpr NumberedResult numberedResults[] = {
     {QuillApiResult::Success, 0, "Success"},
     {QuillApiResult::BadParameter, 1, "BadParameter"},
     {QuillApiResult::Unexpected, 2, "Unexpected"},
@@ -46,7 +46,7 @@ constexpr ResultName resultNames[] = {
 TEST(GlobalErrorCategory, HasItsName) { EXPECT_STREQ(globalErrorCategory().name(), "global_error"); }
 
 TEST(GlobalErrorCategory, TellsEveryResultByName) {
-    for (const ResultName& row : resultNames) {
+    for (const NumberedResult& row : numberedResults) {
         EXPECT_EQ(static_cast<std::uint32_t>(row.result), row.value);
         EXPECT_EQ(globalErrorCategory().message(static_cast<int>(row.value)), row.name);
     }

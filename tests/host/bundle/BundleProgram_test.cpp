@@ -21,7 +21,7 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-struct Outcome {
+struct BundleRun {
     int exitCode = -1;
     std::string out; ///< with what went to standard error
 };
@@ -42,7 +42,7 @@ protected:
     }
 
     /// Runs the program without a terminal.
-    Outcome run(const std::string& arguments) const {
+    BundleRun run(const std::string& arguments) const {
         FILE* const pipe = ::popen((command(arguments) + " 2>&1 </dev/null").c_str(), "r");
         std::string out = readAll(::fileno(pipe));
         const int status = ::pclose(pipe);
@@ -50,7 +50,7 @@ protected:
     }
 
     /// Runs the program in a terminal into which somebody types.
-    Outcome runTyping(const std::string& arguments, const std::string& typed) const {
+    BundleRun runTyping(const std::string& arguments, const std::string& typed) const {
         int terminal = -1;
         const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
         if (child == 0) {
@@ -77,7 +77,7 @@ protected:
 };
 
 TEST_F(BundleProgram, WritesWithoutAskingWhereToldTo) {
-    const Outcome outcome = run("b.zip --yes --seconds 0");
+    const BundleRun outcome = run("b.zip --yes --seconds 0");
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.out, StartsWith("The bundle holds:\n  README.txt "));
     EXPECT_THAT(outcome.out, HasSubstr("\nReplaced: "));
@@ -98,7 +98,7 @@ TEST_F(BundleProgram, RunsTheRecordOfFunctionsToo) {
 }
 
 TEST_F(BundleProgram, AsksFirst) {
-    const Outcome no = runTyping("b.zip --seconds 0", "what\nn\n");
+    const BundleRun no = runTyping("b.zip --seconds 0", "what\nn\n");
     EXPECT_EQ(no.exitCode, 1);
     EXPECT_THAT(no.out, HasSubstr("Write b.zip? [y]es, [s]how all of it, [N]o: "));
     EXPECT_THAT(no.out, HasSubstr("Nothing was written.\n"));
@@ -106,7 +106,7 @@ TEST_F(BundleProgram, AsksFirst) {
     EXPECT_EQ(runTyping("b.zip --seconds 0", "\n").exitCode, 1);
     EXPECT_EQ(runTyping("b.zip --seconds 0", "\x04").exitCode, 1) << "the end of what is typed";
     EXPECT_FALSE(hasArchive());
-    const Outcome yes = runTyping("b.zip --seconds 0", "s\nyes\n");
+    const BundleRun yes = runTyping("b.zip --seconds 0", "s\nyes\n");
     EXPECT_EQ(yes.exitCode, 0);
     EXPECT_THAT(yes.out, HasSubstr("== log.txt\n"));
     EXPECT_THAT(yes.out, HasSubstr("\"display_version\": \"5.1.11.2143\""));
@@ -114,7 +114,7 @@ TEST_F(BundleProgram, AsksFirst) {
 }
 
 TEST_F(BundleProgram, WritesNothingWhereNobodyCanBeAsked) {
-    const Outcome outcome = run("b.zip");
+    const BundleRun outcome = run("b.zip");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out,
               "wren-host: nobody can be asked: standard input is no terminal; --yes writes without asking\n");
@@ -123,7 +123,7 @@ TEST_F(BundleProgram, WritesNothingWhereNobodyCanBeAsked) {
 
 TEST_F(BundleProgram, ReplacesAFileOnlyWhereToldTo) {
     write("b.zip", "mine");
-    const Outcome outcome = run("b.zip --yes");
+    const BundleRun outcome = run("b.zip --yes");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out, "wren-host: there is a file b.zip already; --force replaces it\n");
     EXPECT_EQ(archive(), "mine");
@@ -136,7 +136,7 @@ TEST_F(BundleProgram, WhatCannotBeDoneIsOneLineAndExitCode2) {
          {"", "nowhere/b.zip --yes", ". --yes --force", "b.zip --yes --from nothing.jsonl",
           "b.zip --yes --seconds 61", "b.zip --yes --seconds 1 --from s.jsonl",
           "b.zip --yes --system-log nothing"}) {
-        const Outcome outcome = run(arguments);
+        const BundleRun outcome = run(arguments);
         EXPECT_EQ(outcome.exitCode, 2) << arguments;
         EXPECT_THAT(outcome.out, ::testing::MatchesRegex("wren-host: [^\n]+\n")) << arguments;
         EXPECT_FALSE(hasArchive());
@@ -159,7 +159,7 @@ TEST_F(BundleProgram, TellsOfAModuleThatCannotBeLoaded) {
 }
 
 TEST_F(BundleProgram, OutlivesAModuleThatCrashes) {
-    const Outcome outcome = run(std::string("b.zip --yes --module '") + WREN_CRASHING_MODULE + "'");
+    const BundleRun outcome = run(std::string("b.zip --yes --module '") + WREN_CRASHING_MODULE + "'");
     EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
     EXPECT_THAT(archive(), HasSubstr("There was a problem: the module crashed: signal 6 (SIGABRT).\n"));
     EXPECT_THAT(archive(), HasSubstr("\"problem\": \"the module crashed: signal 6 (SIGABRT)\""));
@@ -193,7 +193,7 @@ TEST_F(BundleProgram, HoldsNothingOfWhatIsPlantedAroundIt) {
     ::setenv("SERVICE_PASSWORD", "planted-in-environment", 1);
     ::setenv("USER", "plantedperson", 1);
     ::setenv("LD_LIBRARY_PATH", "/home/plantedperson/planted-in-environment", 1);
-    const Outcome outcome = run("b.zip --yes --seconds 0 --system-log kept.log");
+    const BundleRun outcome = run("b.zip --yes --seconds 0 --system-log kept.log");
     for (const char* const variable : {"WREN_PROGRAM_DATA", "SERVICE_PASSWORD", "USER", "LD_LIBRARY_PATH"}) {
         ::unsetenv(variable);
     }

@@ -1,6 +1,7 @@
 #include "host/serve/LiveScreen.h"
 
 #include "host/serve/ScreenJson.h"
+#include "tests/host/NoticeText.h"
 
 #include <boost/json/serialize.hpp>
 #include <gmock/gmock.h>
@@ -13,30 +14,28 @@ namespace {
 
 using host::serve::LiveBrowser;
 using host::serve::LivePopup;
+using test::noticeText;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr std::int64_t noon = 1'700'000'000'000;
 
-std::string notice(const std::string& type, const std::string& content, const std::string& attributes = "") {
-    return "<vtguiNotice type=\"" + type + "\"" + attributes + ">" + content + "</vtguiNotice>";
-}
-
 std::string dialog(const std::string& id, const std::string& content) {
-    return notice("popup", "<popup id=\"" + id + "\" type=\"custom\">" + content + "</popup>");
+    return noticeText("popup", "<popup id=\"" + id + "\" type=\"custom\">" + content + "</popup>");
 }
 
 std::string browser(const std::string& id, const std::string& attributes) {
-    return notice("popup", "<popup id=\"" + id + "\" type=\"browser\" show=\"true\"><title value=\"T\"/>" +
-                               "<webbrowser id=\"" + id + "_web\" " + attributes + "/></popup>");
+    return noticeText("popup", "<popup id=\"" + id +
+                                   "\" type=\"browser\" show=\"true\"><title value=\"T\"/>" +
+                                   "<webbrowser id=\"" + id + "_web\" " + attributes + "/></popup>");
 }
 
 std::string raise(const std::string& id) {
-    return notice("popup", "<popup id=\"" + id + "\" type=\"browser\" show=\"true\"/>");
+    return noticeText("popup", "<popup id=\"" + id + "\" type=\"browser\" show=\"true\"/>");
 }
 
 std::string dispose(const std::string& id) {
-    return notice("popup", "<popup id=\"" + id + "\" dispose=\"true\"/>");
+    return noticeText("popup", "<popup id=\"" + id + "\" dispose=\"true\"/>");
 }
 
 class LiveScreen : public ::testing::Test {
@@ -68,16 +67,18 @@ TEST_F(LiveScreen, BeginsEmpty) {
 }
 
 TEST_F(LiveScreen, IsToldAsAWhole) {
-    apply(notice("setup",
-                 R"(<label id="simple_tile_label" value="Wren Gate"/><label id="simple_status" value="Hi"/>)"
-                 R"(<log messagehistory="Hi"/><button id="b" label="Go" hidden="false" disabled="true"/>)"
-                 R"(<traystate id="t" value="Tip"/>)",
-                 " state=\"Good\""));
-    apply(notice("update", R"(<outlinelistbox id="list"><listgroup id="g"><listrowcolumn label="G:"/>)"
-                           R"(<listrow id="r"><listrowcolumn label="a"/><listrowcolumn label="b"/></listrow>)"
-                           R"(</listgroup></outlinelistbox><application show="false"/>)"));
-    apply(notice("popup",
-                 R"(<popup id="toast" type="notification"><title value="T"/><text value="x"/></popup>)"));
+    apply(noticeText(
+        "setup",
+        R"(<label id="simple_tile_label" value="Wren Gate"/><label id="simple_status" value="Hi"/>)"
+        R"(<log messagehistory="Hi"/><button id="b" label="Go" hidden="false" disabled="true"/>)"
+        R"(<traystate id="t" value="Tip"/>)",
+        " state=\"Good\""));
+    apply(noticeText("update",
+                     R"(<outlinelistbox id="list"><listgroup id="g"><listrowcolumn label="G:"/>)"
+                     R"(<listrow id="r"><listrowcolumn label="a"/><listrowcolumn label="b"/></listrow>)"
+                     R"(</listgroup></outlinelistbox><application show="false"/>)"));
+    apply(noticeText("popup",
+                     R"(<popup id="toast" type="notification"><title value="T"/><text value="x"/></popup>)"));
     apply(dialog("d", R"(<title value="D"/><closebutton id="c" OnClose="c_OnClose"/>)"));
     apply(browser("p", R"(operation="browse_for_cookie" start_url="s" final_url="f" cookie_name="n")"));
     EXPECT_EQ(
@@ -105,7 +106,7 @@ TEST_F(LiveScreen, IsToldAsAWhole) {
 }
 
 TEST_F(LiveScreen, GroupsAreNoTiles) {
-    apply(notice("setup", R"(<label id="l" value="Group:"/>)"));
+    apply(noticeText("setup", R"(<label id="l" value="Group:"/>)"));
     EXPECT_THAT(json(), ::testing::HasSubstr(R"({"kind":"group","title":"Group:")"));
 }
 
@@ -170,26 +171,27 @@ TEST_F(LiveScreen, DialogThatBecomesABrowserAndBack) {
 
 TEST_F(LiveScreen, KeepsTheLatestToastsAndMessages) {
     for (int i = 1; i <= 10; ++i) {
-        apply(notice("popup", R"(<popup id="t" type="notification"><title value="T"/></popup>)"));
+        apply(noticeText("popup", R"(<popup id="t" type="notification"><title value="T"/></popup>)"));
     }
     ASSERT_EQ(screen.toasts().size(), 8u);
     EXPECT_EQ(screen.toasts().front().number, 3u);
     EXPECT_EQ(screen.toasts().back().number, 10u);
     for (int i = 1; i <= 201; ++i) {
-        apply(notice("update", "<log messagehistory=\"m\"/>"));
+        apply(noticeText("update", "<log messagehistory=\"m\"/>"));
     }
     ASSERT_EQ(screen.history().size(), 200u);
     EXPECT_EQ(screen.history().front().number, 2u);
     screen.clearHistory();
     EXPECT_THAT(screen.history(), IsEmpty());
-    apply(notice("update", "<log messagehistory=\"m\"/>"));
+    apply(noticeText("update", "<log messagehistory=\"m\"/>"));
     EXPECT_EQ(screen.history().front().number, 202u);
 }
 
 TEST_F(LiveScreen, ClearedScreenKeepsItsHistory) {
-    apply(notice("setup", R"(<label id="l" value="v"/><log messagehistory="m"/><application show="true"/>)"));
+    apply(noticeText("setup",
+                     R"(<label id="l" value="v"/><log messagehistory="m"/><application show="true"/>)"));
     apply(browser("p", "operation=\"browse\" start_url=\"s\""));
-    apply(notice("popup", R"(<popup id="t" type="notification"><title value="T"/></popup>)"));
+    apply(noticeText("popup", R"(<popup id="t" type="notification"><title value="T"/></popup>)"));
     screen.clear();
     EXPECT_EQ(json(), R"({"window":"","parts":[],"tray":{"state":"","text":""},"statistics":{},"popups":[],)"
                       R"("toasts":[],"history":[{"number":1,"time":1700000000000,"text":"m"}]})");
@@ -197,9 +199,9 @@ TEST_F(LiveScreen, ClearedScreenKeepsItsHistory) {
 }
 
 TEST_F(LiveScreen, FindsControlsWhereverTheyAre) {
-    apply(notice("setup", R"(<button id="part" label="1"/>)"));
+    apply(noticeText("setup", R"(<button id="part" label="1"/>)"));
     apply(dialog("d", R"(<layout><row><button id="dialog"/></row></layout>)"));
-    apply(notice("popup", R"(<popup id="t" type="notification"><button id="toast"/></popup>)"));
+    apply(noticeText("popup", R"(<popup id="t" type="notification"><button id="toast"/></popup>)"));
     for (const char* id : {"part", "dialog", "toast"}) {
         ASSERT_NE(screen.findControl(id), nullptr) << id;
         EXPECT_EQ(screen.findControl(id)->id(), id);
@@ -209,9 +211,9 @@ TEST_F(LiveScreen, FindsControlsWhereverTheyAre) {
 
 TEST_F(LiveScreen, VersionCountsChanges) {
     std::uint64_t before = screen.version();
-    apply(notice("apilog", "<x>y</x>", " tag=\"apilog\""));
+    apply(noticeText("apilog", "<x>y</x>", " tag=\"apilog\""));
     EXPECT_EQ(screen.version(), before);
-    apply(notice("update", "<label id=\"l\"/>"));
+    apply(noticeText("update", "<label id=\"l\"/>"));
     EXPECT_GT(screen.version(), before);
 }
 
@@ -224,7 +226,7 @@ TEST_F(LiveScreen, NoticeThatIsNoneIsComplainedOf) {
 }
 
 TEST_F(LiveScreen, BytesThatAreNoTextDoNotSpoilTheJson) {
-    apply(notice("setup", "<label id=\"l\" value=\"a\xff\"/>"));
+    apply(noticeText("setup", "<label id=\"l\" value=\"a\xff\"/>"));
     EXPECT_THAT(json(), ::testing::HasSubstr(R"("value":"a?")"));
 }
 

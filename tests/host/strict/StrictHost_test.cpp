@@ -1,6 +1,7 @@
 // Each rule, broken by a plugin or a host that a test makes up.
 #include "host/strict/StrictHost.h"
 
+#include "tests/host/NoticeText.h"
 #include "tests/host/strict/FakePlugin.h"
 
 #include <gmock/gmock.h>
@@ -14,17 +15,13 @@
 
 namespace {
 
+using test::noticeText;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr std::uintptr_t handle = 7;
 
-std::string notice(const std::string& type, const std::string& content) {
-    return "<vtguiNotice module=\"com.norvane.vantor.presentation.quill\" type=\"" + type +
-           "\" timestamp=\"now\">" + content + "</vtguiNotice>";
-}
-
-const std::string button =
+const std::string buttonElement =
     R"(<button id="b" label="B" tooltip="B" hidden="false" disabled="false" OnPress="b_OnPress"/>)";
 const std::string press = R"(<vtguiEvent id="b_OnPress"/>)";
 
@@ -65,17 +62,17 @@ protected:
 
 TEST_F(StrictHost, HasNothingToSayOfALifeByTheRules) {
     doRegister();
-    notify(notice("setup", button));
-    notify(notice("update", button));
-    notify(notice("popup", R"(<popup timestamp="t" id="p" type="custom"><title value="T"/></popup>)"));
-    notify(notice("apilog", "<statusnotification>{}</statusnotification>"));
+    notify(noticeText("setup", buttonElement));
+    notify(noticeText("update", buttonElement));
+    notify(noticeText("popup", R"(<popup timestamp="t" id="p" type="custom"><title value="T"/></popup>)"));
+    notify(noticeText("apilog", "<statusnotification>{}</statusnotification>"));
     EXPECT_EQ(plugin->EventNotification(press.c_str()), presentationDone);
     plugin->Stop(0);
     plugin->Start();
     plugin->Stop(0);
     plugin->Unregister();
     doRegister(8);
-    notify(notice("setup", button), 8);
+    notify(noticeText("setup", buttonElement), 8);
     EXPECT_TRUE(plugin->dispose());
     EXPECT_THAT(broken, IsEmpty());
 }
@@ -96,7 +93,7 @@ TEST_F(StrictHost, RefusesCallsFromInsideNotify) {
                    plugin->EventNotification(press.c_str())};
         isDisposed = plugin->dispose();
     };
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(results, ElementsAre(-10, -10, -10, -10, -10));
     EXPECT_EQ(isDisposed, false);
     EXPECT_FALSE(isReached);
@@ -119,7 +116,7 @@ TEST_F(StrictHost, LetsCallbacksAskForTextsAndOtherThreadsCall) {
         EXPECT_TRUE(plugin->SupportsInterface("n", 3));
         EXPECT_EQ(std::async(std::launch::async, [this] { return plugin->Start(); }).get(), presentationDone);
     };
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(broken, IsEmpty());
 }
 
@@ -128,18 +125,18 @@ TEST_F(StrictHost, LetsCallbacksCallAnotherPlugin) {
     test::FakePlugin::Script otherScript;
     const auto other = strict.watched(std::make_unique<test::FakePlugin>(otherScript));
     onNotice = [&] { EXPECT_EQ(other->Start(), presentationDone); };
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(broken, IsEmpty());
 }
 
 TEST_F(StrictHost, LetsACallbackCloseTheErrorPopup) {
     doRegister();
-    notify(notice("popup", R"(<popup timestamp="t" id="wren_client_error_dialog" type="custom">)"
-                           R"(<closebutton id="c" OnClose="c_OnClose"/></popup>)"));
+    notify(noticeText("popup", R"(<popup timestamp="t" id="wren_client_error_dialog" type="custom">)"
+                               R"(<closebutton id="c" OnClose="c_OnClose"/></popup>)"));
     onNotice = [this] {
         EXPECT_EQ(plugin->EventNotification("<vtguiEvent id=\"c_OnClose\"/>"), presentationDone);
     };
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(broken, IsEmpty());
 }
 
@@ -159,18 +156,18 @@ TEST_F(StrictHost, UnreadableNotices) {
 
 TEST_F(StrictHost, NoticeWithWordsOfItsOwn) {
     doRegister();
-    notify(notice("setup", R"(<blink id="x"/>)"));
+    notify(noticeText("setup", R"(<blink id="x"/>)"));
     EXPECT_THAT(broken, ElementsAre("unknown-element"));
 }
 
 TEST_F(StrictHost, UpdateOfWhatWasNeverSetUp) {
     doRegister();
-    notify(notice("update", button));
-    notify(notice("update", R"(<outlinelistbox id="list" updaterows="true" num_columns="2"/>)"));
+    notify(noticeText("update", buttonElement));
+    notify(noticeText("update", R"(<outlinelistbox id="list" updaterows="true" num_columns="2"/>)"));
     EXPECT_THAT(broken, ElementsAre("update-before-setup", "update-before-setup"));
-    notify(notice("setup", button));
-    notify(notice("update", button));
-    notify(notice("update", R"(<log messagehistory="h"/><application show="false"/>)"));
+    notify(noticeText("setup", buttonElement));
+    notify(noticeText("update", buttonElement));
+    notify(noticeText("update", R"(<log messagehistory="h"/><application show="false"/>)"));
     EXPECT_EQ(broken.size(), 2u);
 }
 
@@ -184,7 +181,7 @@ TEST_F(StrictHost, EventThatNoNoticeHasBound) {
     EXPECT_EQ(plugin->EventNotification(press.c_str()), presentationFailed);
     EXPECT_THAT(broken, ElementsAre("unknown-event"));
     EXPECT_TRUE(isSent) << "it is reported, not refused";
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     plugin->EventNotification(press.c_str());
     plugin->EventNotification("no event document");
     plugin->EventNotification(nullptr);
@@ -193,7 +190,7 @@ TEST_F(StrictHost, EventThatNoNoticeHasBound) {
 
 TEST_F(StrictHost, EventsStayKnownWhileThePluginLives) {
     doRegister();
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     plugin->Unregister();
     doRegister(8);
     plugin->EventNotification(press.c_str());
@@ -202,7 +199,7 @@ TEST_F(StrictHost, EventsStayKnownWhileThePluginLives) {
 
 TEST_F(StrictHost, ForeignHandle) {
     doRegister();
-    notify(notice("setup", button), 9);
+    notify(noticeText("setup", buttonElement), 9);
     stopDone(9);
     EXPECT_THAT(broken, ElementsAre("foreign-handle", "foreign-handle"));
 }
@@ -210,7 +207,7 @@ TEST_F(StrictHost, ForeignHandle) {
 TEST_F(StrictHost, RefusedRegistrationOpensNoChannel) {
     script.onRegister = [] { return presentationFailed; };
     doRegister();
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(broken, ElementsAre("foreign-handle"));
 }
 
@@ -218,7 +215,7 @@ TEST_F(StrictHost, SecondRegistrationThatIsRefusedLeavesTheFirst) {
     doRegister();
     script.onRegister = [] { return presentationFailed; };
     doRegister();
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(broken, IsEmpty());
 }
 
@@ -226,29 +223,29 @@ TEST_F(StrictHost, CallbackAfterUnregister) {
     doRegister();
     script.onUnregister = [] { return presentationFailed; };
     plugin->Unregister();
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(broken, IsEmpty()) << "it failed";
     script.onUnregister = nullptr;
     plugin->Unregister();
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     stopDone();
     EXPECT_THAT(broken, ElementsAre("callback-after-unregister", "callback-after-unregister"));
     doRegister();
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_EQ(broken.size(), 2u);
 }
 
 TEST_F(StrictHost, CallbackAfterDispose) {
     doRegister();
     plugin->dispose();
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(broken, ElementsAre("callback-after-dispose"));
 }
 
 TEST_F(StrictHost, CallbackAfterAnEndWithoutDispose) {
     doRegister();
     plugin.reset();
-    notify(notice("setup", button));
+    notify(noticeText("setup", buttonElement));
     EXPECT_THAT(broken, ElementsAre("callback-after-dispose"));
 }
 

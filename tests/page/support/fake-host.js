@@ -156,7 +156,7 @@ export class FakeHost {
                 "Content-Type": `${types[extname(file)] ?? "text/html"}; charset=utf-8`,
                 "Content-Security-Policy": policy,
                 "X-Content-Type-Options": "nosniff",
-                "Cache-Control": "no-store",
+                "Cache-Control": "max-age=3600", // unlike the real one: a browser loads the page for hundreds of tests
             });
             response.end(body);
         } catch {

@@ -39,6 +39,7 @@ export async function serve(extra = {}) {
                 "Content-Type": `${type}; charset=utf-8`,
                 "Content-Security-Policy": policy,
                 "X-Content-Type-Options": "nosniff",
+                "Cache-Control": "max-age=3600", // a browser loads the page for hundreds of tests
             });
             response.end(body);
         } catch {
