@@ -65,16 +65,11 @@ public:
     void step() override {}
 };
 
-template <class Kind>
-WorkloadEntry logEntry(const char* name) {
-    return {name, 1'000, [] { return std::make_unique<Kind>(); }};
-}
-
 } // namespace
 
 std::vector<WorkloadEntry> logWorkloads() {
-    return {logEntry<Nothing>("nothing"), logEntry<Line<DBG_TRACE>>("log-dropped"),
-            logEntry<Line<DBG_WARN>>("log-accepted")};
+    return {entryOf<Nothing>("nothing"), entryOf<Line<DBG_TRACE>>("log-dropped"),
+            entryOf<Line<DBG_WARN>>("log-accepted")};
 }
 
 } // namespace bench

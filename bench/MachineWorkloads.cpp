@@ -34,16 +34,11 @@ private:
     Event event;
 };
 
-template <class Event>
-WorkloadEntry machineEntry(const char* name) {
-    return {name, 1'000, [] { return std::make_unique<MachineEvent<Event>>(); }};
-}
-
 } // namespace
 
 std::vector<WorkloadEntry> machineWorkloads() {
-    return {machineEntry<StatusNotification_e>("event-taken"),
-            machineEntry<EnrollmentStatusNotification_e>("event-untaken")};
+    return {entryOf<MachineEvent<StatusNotification_e>>("event-taken"),
+            entryOf<MachineEvent<EnrollmentStatusNotification_e>>("event-untaken")};
 }
 
 } // namespace bench

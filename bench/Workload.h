@@ -27,6 +27,12 @@ struct WorkloadEntry {
     std::function<std::unique_ptr<Workload>()> make;
 };
 
+/// A short work of that kind, under that name.
+template <class Kind>
+WorkloadEntry entryOf(const char* name) {
+    return {name, 1'000, [] { return std::make_unique<Kind>(); }};
+}
+
 std::vector<WorkloadEntry> documentWorkloads();
 std::vector<WorkloadEntry> logWorkloads();
 std::vector<WorkloadEntry> machineWorkloads();
