@@ -64,7 +64,7 @@ if(NOT WREN_SANITIZE MATCHES "thread") # what else the host does, it does on one
     list(APPEND host_sources ${more_sources})
 endif()
 add_executable(wren_host_tests ${host_sources})
-target_link_libraries(wren_host_tests PRIVATE wren_flags wren_host_parts GTest::gmock GTest::gtest_main)
+target_link_libraries(wren_host_tests PRIVATE wren_flags wren_host_parts wren_test_support GTest::gmock GTest::gtest_main)
 target_precompile_headers(wren_host_tests REUSE_FROM wren_test_headers)
 target_compile_definitions(wren_host_tests PRIVATE
     WREN_HOST_PROGRAM="$<TARGET_FILE:wren-host>"
@@ -154,7 +154,7 @@ endif()
 
 # The module's lives in a process that keeps nothing of it, in a child of its own: what goes wrong at its end counts.
 add_executable(wren_load_loop module/load-loop/LoadLoop.cpp)
-target_link_libraries(wren_load_loop PRIVATE wren_flags wren_host_parts)
+target_link_libraries(wren_load_loop PRIVATE wren_flags wren_host_parts wren_test_support)
 set_target_properties(wren_load_loop PROPERTIES ENABLE_EXPORTS ON)
 add_dependencies(wren_load_loop kes_wren_presentation_plugin kes_wren_api)
 set(rounds 1000)

@@ -2,22 +2,17 @@
 
 #include "host/HostError.h"
 #include "tests/host/Paths.h"
+#include "tests/support/Holdings.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <iterator>
+#include <cstddef>
 #include <optional>
 #include <thread>
 
 namespace {
 
 using host::SharedLibrary;
-
-std::ptrdiff_t threadCount() {
-    const std::filesystem::directory_iterator threads("/proc/self/task");
-    return std::distance(begin(threads), end(threads));
-}
 
 TEST(BackendControls, AreTakenFromTheLoadedLibrary) {
     const SharedLibrary backend = SharedLibrary::load(test::backendLibrary);
@@ -36,11 +31,11 @@ TEST(BackendControls, NeedALoadedLibrary) {
 TEST(BackendControls, LibraryThatIsUnloadedTakesItsThreadWithIt) {
     std::thread([] {}).join(); // a sanitizer makes a thread of its own along with the first
     std::optional<SharedLibrary> backend = SharedLibrary::load(test::backendLibrary);
-    const std::ptrdiff_t before = threadCount();
+    const std::size_t before = test::runningThreads();
     backend->function<decltype(&wrensim_set_pace)>("wrensim_set_pace")(0);
-    EXPECT_EQ(threadCount(), before + 1);
+    EXPECT_EQ(test::runningThreads(), before + 1);
     backend.reset();
-    EXPECT_EQ(threadCount(), before);
+    EXPECT_EQ(test::runningThreads(), before);
     EXPECT_FALSE(SharedLibrary::findLoaded("libkes_wren_api.so"));
 }
 

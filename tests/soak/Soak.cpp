@@ -6,6 +6,7 @@
 
 #include "tests/boundary/Scene.h"
 #include "tests/support/Documents.h"
+#include "tests/support/Holdings.h"
 #include "tests/support/QuietLog.h"
 
 #include <boost/json/value.hpp>
@@ -15,10 +16,8 @@
 #include <atomic>
 #include <charconv>
 #include <cstring>
-#include <filesystem>
 #include <iostream>
 #include <latch>
-#include <malloc.h>
 #include <numeric>
 #include <optional>
 #include <stdexcept>
@@ -46,31 +45,15 @@ void require(bool holds, const std::string& what) {
     }
 }
 
-/// What the process holds.
-struct Holdings {
-    std::size_t bytes;   ///< of the heap
-    std::size_t files;   ///< open descriptors
-    std::size_t threads; ///< running
-};
-
-std::size_t entriesOf(const char* folder) {
-    const std::filesystem::directory_iterator entries(folder);
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-
-Holdings holdings() {
-    return {::mallinfo2().uordblks, entriesOf("/proc/self/fd"), entriesOf("/proc/self/task")};
-}
-
 /// Compares what is held after the work with what was held when it was warm.
 class Ledger {
 public:
     explicit Ledger(std::string_view ofWhat)
         : name(ofWhat)
-        , warm(holdings()) {}
+        , warm(test::holdings()) {}
 
     void settle() const {
-        const Holdings now = holdings();
+        const test::Holdings now = test::holdings();
         const std::size_t growth = now.bytes > warm.bytes ? now.bytes - warm.bytes : 0;
         std::cout << name << ": " << growth << " bytes more than when warm\n";
         require(growth <= allowedGrowth,
@@ -81,7 +64,7 @@ public:
 
 private:
     std::string name;
-    Holdings warm;
+    test::Holdings warm;
 };
 
 // Enrollments.

@@ -10,16 +10,15 @@
 #include "host/LogTap.h"
 #include "host/PluginModule.h"
 #include "host/SharedLibrary.h"
+#include "tests/support/Holdings.h"
 
 #include <atomic>
 #include <barrier>
 #include <charconv>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <malloc.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -54,19 +53,6 @@ public:
     std::atomic<unsigned long> notices = 0;
 };
 
-/// What the process holds.
-struct Holdings {
-    std::size_t bytes;   ///< of the heap
-    std::size_t files;   ///< open descriptors
-    std::size_t threads; ///< running
-    std::size_t regions; ///< mapped
-};
-
-std::size_t entriesOf(const char* folder) {
-    const std::filesystem::directory_iterator entries(folder);
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-
 std::size_t countMappings(std::string_view name) {
     std::ifstream maps("/proc/self/maps");
     std::size_t count = 0;
@@ -76,10 +62,13 @@ std::size_t countMappings(std::string_view name) {
     return count;
 }
 
-Holdings holdings() {
-    return {::mallinfo2().uordblks, entriesOf("/proc/self/fd"), entriesOf("/proc/self/task"),
-            countMappings("")};
-}
+/// What a round may leave behind.
+struct Remains {
+    test::Holdings held;
+    std::size_t regions; ///< mapped
+};
+
+Remains remains() { return {test::holdings(), countMappings("")}; }
 
 /// Calls that reach into every corner that could leave something on a thread: parsing, logging, notices.
 void use(IPresentationPluginV3& plugin) {
@@ -191,37 +180,38 @@ std::string runRound(Workers& workers) {
     return counting.notices > 0 ? "" : "no notice came";
 }
 
-std::string compare(const Holdings& before, const Holdings& after, unsigned rounds) {
-    const double growth = (static_cast<double>(after.bytes) - static_cast<double>(before.bytes)) / rounds;
-    std::cout << "heap " << before.bytes << " -> " << after.bytes << " bytes, " << growth
-              << " a round; files " << before.files << " -> " << after.files << "; threads " << before.threads
-              << " -> " << after.threads << "; mappings " << before.regions << " -> " << after.regions
-              << '\n';
-    if (after.files > before.files || after.threads > before.threads) {
+std::string compare(const Remains& before, const Remains& after, unsigned rounds) {
+    const auto& [old, oldRegions] = before;
+    const auto& [now, regions] = after;
+    const double growth = (static_cast<double>(now.bytes) - static_cast<double>(old.bytes)) / rounds;
+    std::cout << "heap " << old.bytes << " -> " << now.bytes << " bytes, " << growth << " a round; files "
+              << old.files << " -> " << now.files << "; threads " << old.threads << " -> " << now.threads
+              << "; mappings " << oldRegions << " -> " << regions << '\n';
+    if (now.files > old.files || now.threads > old.threads) {
         return "files or threads are left behind";
     }
-    if (before.bytes == 0) {
+    if (old.bytes == 0) {
         return ""; // a sanitizer's own heap, which maps as it likes and finds leaks by itself
     }
     if (growth > allowedGrowthOfARound) {
         return "the heap grows";
     }
-    return after.regions > before.regions + allowedMappings ? "mappings are left behind" : "";
+    return regions > oldRegions + allowedMappings ? "mappings are left behind" : "";
 }
 
 std::string loop(unsigned rounds) {
     const host::LogLevelFolder folder("DBG_TRACE");
     Workers workers;
-    std::optional<Holdings> before;
+    std::optional<Remains> before;
     for (unsigned round = 0; round < rounds; ++round) {
         if (round == warmUpRounds) {
-            before = holdings();
+            before = remains();
         }
         if (const std::string fault = runRound(workers); !fault.empty()) {
             return fault + " in round " + std::to_string(round);
         }
     }
-    return before ? compare(*before, holdings(), rounds - warmUpRounds) : "";
+    return before ? compare(*before, remains(), rounds - warmUpRounds) : "";
 }
 
 } // namespace

@@ -1,0 +1,18 @@
+/// What the process holds of its system, for tests that watch it for what is left behind.
+#pragma once
+
+#include <cstddef>
+
+namespace test {
+
+/// @return threads that run; one that was joined is none of them, even if the system still lists it
+std::size_t runningThreads();
+
+struct Holdings {
+    std::size_t bytes;   ///< of the heap; 0 where a sanitizer has its own
+    std::size_t files;   ///< open descriptors
+    std::size_t threads; ///< running
+};
+Holdings holdings();
+
+} // namespace test

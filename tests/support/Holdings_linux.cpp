@@ -1,0 +1,44 @@
+#include "tests/support/Holdings.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <malloc.h>
+#include <string>
+
+namespace test {
+
+namespace {
+
+using std::filesystem::directory_iterator;
+
+constexpr unsigned long exiting = 0x4; ///< the kernel's PF_EXITING
+
+/// A joined thread is listed until the kernel has cleared it away, which may be a moment after its join.
+bool isRunning(const std::filesystem::path& task) {
+    std::ifstream file(task / "stat");
+    std::string skipped;
+    unsigned long flags = exiting;
+    // Number, (name), state, parent, group, session, terminal, its group, flags.
+    file.ignore(std::numeric_limits<std::streamsize>::max(), ')');
+    file >> skipped >> skipped >> skipped >> skipped >> skipped >> skipped >> flags;
+    return file && (flags & exiting) == 0;
+}
+
+} // namespace
+
+std::size_t runningThreads() {
+    const directory_iterator tasks("/proc/self/task");
+    return static_cast<std::size_t>(
+        std::count_if(begin(tasks), end(tasks), [](const auto& task) { return isRunning(task.path()); }));
+}
+
+Holdings holdings() {
+    const directory_iterator files("/proc/self/fd");
+    const auto fileCount = static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    return {::mallinfo2().uordblks, fileCount, runningThreads()};
+}
+
+} // namespace test
