@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <cxxabi.h>
@@ -115,32 +117,27 @@ TEST(ModuleFile, ExportsTheEntryPointsAndTheClassPluginAndNothingElse) {
                                "typeinfo name for Plugin", "vtable for Plugin"}));
 }
 
-/// An operation of an object's table, called as compilers call members, which may differ from functions.
+/// The operation in a place of an object's table, called as compilers call a virtual member: a pointer to one
+/// is its offset in the table, made odd, and an adjustment of the object. A destructor takes two places.
 template <class Function>
 struct Slot;
 template <class Result, class... Arguments>
-struct Slot<Result (*)(void*, Arguments...)> {
-    void* code;
+struct Slot<Result(Arguments...)> {
+    std::size_t place;
 
     Result operator()(void* object, Arguments... arguments) const {
         class Object;
         using Operation = Result (Object::*)(Arguments...);
         const struct {
-            void* code;
+            std::size_t oddOffset;
             std::ptrdiff_t adjustment;
-        } representation{code, 0};
+        } representation{place * sizeof(void*) + 1, 0};
         Operation operation;
         static_assert(sizeof operation == sizeof representation);
         std::memcpy(&operation, &representation, sizeof operation);
         return (static_cast<Object*>(object)->*operation)(arguments...);
     }
 };
-
-/// The operation in a place of an object's table. A destructor takes two places on this platform.
-template <class Function>
-Slot<Function> slotOf(void* object, std::size_t place) {
-    return {(*static_cast<void***>(object))[place]};
-}
 
 TEST(ModuleTables, PluginInterfaceHasItsSlotsInOrder) {
     const host::PluginModule module(host::defaultModulePath());
@@ -151,35 +148,31 @@ TEST(ModuleTables, PluginInterfaceHasItsSlotsInOrder) {
     const auto textAt = [&](std::size_t place) {
         char text[64] = "";
         std::uint32_t size = sizeof text;
-        slotOf<std::int32_t (*)(void*, char*, std::uint32_t*)>(plugin, place)(plugin, text, &size);
+        Slot<std::int32_t(char*, std::uint32_t*)>{place}(plugin, text, &size);
         return std::string(text);
     };
     using Word = std::uintptr_t;
-    EXPECT_TRUE(
-        (slotOf<bool (*)(void*, const char*, int)>(plugin, 0)(plugin, "com.norvane.vantor.presentation", 2)));
+    EXPECT_TRUE((Slot<bool(const char*, int)>{0}(plugin, "com.norvane.vantor.presentation", 2)));
     // Places 1 and 2: the destructor.
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, const char*, Word, void*, void*)>(plugin, 3)(plugin, nullptr, 0,
-                                                                                           nullptr, nullptr)),
+    EXPECT_EQ((Slot<std::int32_t(const char*, Word, void*, void*)>{3}(plugin, nullptr, 0, nullptr, nullptr)),
               -4);
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*)>(plugin, 4)(plugin)), -10);
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, std::uint32_t)>(plugin, 5)(plugin, 0)), -10);
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*)>(plugin, 6)(plugin)), -10);
-    EXPECT_TRUE((slotOf<bool (*)(void*)>(plugin, 7)(plugin)));
+    EXPECT_EQ((Slot<std::int32_t()>{4}(plugin)), -10);
+    EXPECT_EQ((Slot<std::int32_t(std::uint32_t)>{5}(plugin, 0)), -10);
+    EXPECT_EQ((Slot<std::int32_t()>{6}(plugin)), -10);
+    EXPECT_TRUE((Slot<bool()>{7}(plugin)));
     EXPECT_EQ(textAt(8), "com.norvane.vantor.presentation.quill");
     EXPECT_EQ(textAt(9), "Wren Gate");
     EXPECT_EQ(textAt(10), "5.1.11.2143");
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word, Word, Word)>(plugin, 11)(plugin, 0, 0, 0, 0)), -1);
+    EXPECT_EQ((Slot<std::int32_t(Word, Word, Word, Word)>{11}(plugin, 0, 0, 0, 0)), -1);
     std::uint32_t size = 9;
     char output = 'x';
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word, char*, std::uint32_t*)>(plugin, 12)(
-                  plugin, 0, 0, &output, &size)),
-              -2);
+    EXPECT_EQ((Slot<std::int32_t(Word, Word, char*, std::uint32_t*)>{12}(plugin, 0, 0, &output, &size)), -2);
     EXPECT_EQ(size, 0u);
     EXPECT_EQ(output, '\0');
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, const char*)>(plugin, 13)(plugin, "no event")), -10);
-    EXPECT_TRUE((slotOf<bool (*)(void*)>(plugin, 14)(plugin)));
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word, Word)>(plugin, 15)(plugin, 0, 0)), -2);
-    EXPECT_EQ((slotOf<std::int32_t (*)(void*, Word)>(plugin, 16)(plugin, 0)), -2);
+    EXPECT_EQ((Slot<std::int32_t(const char*)>{13}(plugin, "no event")), -10);
+    EXPECT_TRUE((Slot<bool()>{14}(plugin)));
+    EXPECT_EQ((Slot<std::int32_t(Word, Word)>{15}(plugin, 0, 0)), -2);
+    EXPECT_EQ((Slot<std::int32_t(Word)>{16}(plugin, 0)), -2);
 }
 
 // What a host or a backend implements: the class notes which of its operations the table's place led to.
@@ -206,15 +199,15 @@ private:
 TEST(SdkTables, HostInterfacesHaveTheirSlotsInOrder) {
     NotingHost noting;
     void* callback = static_cast<IPresentationCB*>(&noting);
-    slotOf<std::int32_t (*)(void*, std::uintptr_t, const char*)>(callback, 0)(callback, 0, "");
+    Slot<std::int32_t(std::uintptr_t, const char*)>{0}(callback, 0, "");
     EXPECT_EQ(noting.called, "Notify");
-    slotOf<std::int32_t (*)(void*, std::uintptr_t)>(callback, 1)(callback, 0);
+    Slot<std::int32_t(std::uintptr_t)>{1}(callback, 0);
     EXPECT_EQ(noting.called, "StopDone");
     void* translator = static_cast<ITranslator*>(&noting);
-    using Operation = std::int32_t (*)(void*, std::uintptr_t, std::uintptr_t, std::uintptr_t);
-    slotOf<Operation>(translator, 0)(translator, 0, 0, 0);
+    using Operation = std::int32_t(std::uintptr_t, std::uintptr_t, std::uintptr_t);
+    Slot<Operation>{0}(translator, 0, 0, 0);
     EXPECT_EQ(noting.called, "TranslatorOperation1");
-    slotOf<Operation>(translator, 1)(translator, 0, 0, 0);
+    Slot<Operation>{1}(translator, 0, 0, 0);
     EXPECT_EQ(noting.called, "TranslatorOperation2");
 }
 
@@ -247,20 +240,20 @@ TEST(SdkTables, BackendInterfacesHaveTheirSlotsInOrder) {
     const char* const requests[] = {"InitiateEnrollment",    "InitiateReEnrollment", "EnrollmentAuthReply",
                                     "CancelEnrollment",      "InitiateUnenrollment", "PerformConfigSync",
                                     "TriggerPostureReports", "DataplaneAuthReply"};
-    slotOf<QuillApiResult (*)(void*, std::weak_ptr<IQuillApiCallbacks>)>(api, 0)(api, {});
+    Slot<QuillApiResult(std::weak_ptr<IQuillApiCallbacks>)>{0}(api, {});
     EXPECT_EQ(noting.called, "Start");
     std::size_t place = 1;
     for (const char* request : requests) {
-        slotOf<QuillApiResult (*)(void*, const char*)>(api, place++)(api, "");
+        Slot<QuillApiResult(const char*)>{place++}(api, "");
         EXPECT_EQ(noting.called, request);
     }
-    slotOf<QuillApiResult (*)(void*)>(api, 9)(api);
+    Slot<QuillApiResult()>{9}(api);
     EXPECT_EQ(noting.called, "Stop");
     void* factory = static_cast<IQuillApiFactory*>(&noting);
     std::shared_ptr<IQuillApi> made;
-    slotOf<QuillApiResult (*)(void*)>(factory, 0)(factory);
+    Slot<QuillApiResult()>{0}(factory);
     EXPECT_EQ(noting.called, "Reserved");
-    slotOf<QuillApiResult (*)(void*, std::shared_ptr<IQuillApi>&)>(factory, 1)(factory, made);
+    Slot<QuillApiResult(std::shared_ptr<IQuillApi>&)>{1}(factory, made);
     EXPECT_EQ(noting.called, "CreateApi");
 }
 
@@ -281,7 +274,7 @@ TEST(SdkTables, BackendCallbacksHaveTheirSlotsInOrder) {
     for (const char* document :
          {"StatusNotification", "EnrollmentStatusNotification", "EnrollmentAuthRequest",
           "UnenrollmentStatusNotification", "DataplaneNotification"}) {
-        slotOf<void (*)(void*, const char*)>(callbacks, place++)(callbacks, "");
+        Slot<void(const char*)>{place++}(callbacks, "");
         EXPECT_EQ(noting.called, document);
     }
 }
