@@ -1,6 +1,7 @@
 #include "common2/data/StringTrie.h"
 #include "tests/allocation/FailingAllocation.h"
 #include "tests/boundary/Scene.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/QuietLog.h"
 #include "xml/XmlUIEvent.h"
 
@@ -208,6 +209,21 @@ TEST(AllocationFault, WithTheLogOpenADocumentLosesLinesAtMost) {
     const test::QuietLog quiet;
     scene.settle();
     EXPECT_TRUE(scene.enrols());
+}
+
+TEST(AllocationFault, ALogLineGoesOutWithoutThePieceThatFoundNoMemory) {
+    const std::string longText(10'000, 'x');
+    const test::LogCapture log;
+    {
+        common2::LogStatement line(DBG_ERROR, "file", 1, "function");
+        line << "first ";
+        {
+            const test::NoAllocation none;
+            line << longText;
+        }
+        line << "last";
+    }
+    EXPECT_EQ(log.messages(), std::vector<std::string>{"first last"});
 }
 
 TEST(AllocationFault, ADeepTreeGoesWithoutMemoryAndWithoutADeepStack) {

@@ -48,6 +48,15 @@ std::unique_ptr<Plugin, bool (*)(Plugin*)> makeCpp() {
     return {CreatePlugin("com.norvane.vantor.presentation"), &DisposePlugin};
 }
 
+TEST_F(HostFaults, TextGettersWithoutASizeAreRefused) {
+    auto owned = makeCpp();
+    char buffer[64] = "untouched";
+    EXPECT_EQ(made(owned).GetIdentity(buffer, nullptr), -10);
+    EXPECT_EQ(made(owned).GetLabel(buffer, nullptr), -10);
+    EXPECT_EQ(made(owned).GetDisplayVersion(nullptr, nullptr), -10);
+    EXPECT_STREQ(buffer, "untouched");
+}
+
 TEST_F(HostFaults, WhileTheHostBlocksInANoticeWhatNeedsNoLockGoesOn) {
     Scene scene;
     std::latch isInside(1);
@@ -162,6 +171,16 @@ TEST_F(HostFaults, AHostThatThrowsFromAnyOneNoticeFindsThePluginUsableAfterwards
             }
         }
     }
+}
+
+TEST_F(HostFaults, WhatAHostThrowsMayBeNoExceptionAndStaysFromTheServiceAllTheSame) {
+    Scene scene;
+    ASSERT_EQ(scene.step("start"), 0);
+    scene.host.onNotice = [](const char*) { throw 1; };
+    EXPECT_NO_THROW(scene.play({"notEnrolled", "enrolled", "alert", "authRequest"}));
+    scene.host.onNotice = nullptr;
+    scene.settle();
+    EXPECT_TRUE(scene.enrols());
 }
 
 TEST_F(HostFaults, AHostThatThrowsFromStopDoneIsStoppedAllTheSame) {

@@ -15,14 +15,18 @@ std::string spelled(const void* address) {
 
 namespace {
 
-void note(const std::string& call) {
-    fakeModule.called = call;
+void throwIfTold() {
     if (fakeModule.throws) {
         throw std::runtime_error("the plugin threw");
     }
     if (fakeModule.throwsANumber) {
         throw 1;
     }
+}
+
+void note(const std::string& call) {
+    fakeModule.called = call;
+    throwIfTold();
 }
 
 template <class... Arguments>
@@ -121,6 +125,7 @@ Plugin::~Plugin() = default;
 Plugin* CreatePlugin(const char* interfaceName) {
     using Makes = test::FakeModule::Makes;
     test::fakeModule.created = interfaceName;
+    test::throwIfTold();
     if (test::fakeModule.makes == Makes::Nothing) {
         return nullptr;
     }

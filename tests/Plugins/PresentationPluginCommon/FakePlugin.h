@@ -15,7 +15,7 @@ struct FakeModule {
     Makes makes = Makes::Plugin;
     std::int32_t result = 0;    ///< of the operations that answer a number
     bool answer = true;         ///< of the operations that answer a bool
-    bool throws = false;        ///< every operation does
+    bool throws = false;        ///< every operation does, and `CreatePlugin`
     bool throwsANumber = false; ///< likewise, what is no exception class
     bool disposeResult = true;  ///< of `DisposePlugin`
     bool stopsAtTheEnd = false; ///< the plugin calls `StopDone` from its destructor

@@ -80,6 +80,18 @@ TEST_F(CbasedMethods, PluginOfAnOlderVersionIsNoPlugin) {
                      "3 CreateCbasedPresentationPlugin Creation of Presentation C Plugin failed"}));
 }
 
+TEST_F(CbasedMethods, WhatTheMakingOfAPluginThrowsIsLoggedAndLeavesNothing) {
+    const std::string failed = "3 CreateCbasedPresentationPlugin Creation of Presentation C Plugin failed";
+    fakeModule.throws = true;
+    EXPECT_EQ(CreateCbasedPresentationPlugin(), nullptr);
+    EXPECT_EQ(lines(log), (Lines{"3 CreateCbasedPresentationPlugin the plugin threw", failed}));
+    log.clear();
+    fakeModule = {};
+    fakeModule.throwsANumber = true;
+    EXPECT_EQ(CreateCbasedPresentationPlugin(), nullptr);
+    EXPECT_EQ(lines(log), (Lines{"3 CreateCbasedPresentationPlugin unknown exception", failed}));
+}
+
 TEST_F(CbasedMethods, DisposeEndsThePluginAndSaysSo) {
     PresentationPluginCbasedMethods* record = CreateCbasedPresentationPlugin();
     EXPECT_EQ(fakeModule.alive, 1u);

@@ -82,6 +82,12 @@ struct RaiseInner_a {
         raise(Inner_e{});
     }
 };
+struct RaiseBoot_a {
+    void operator()(Journal& journal, sml::back::process<Boot_e> raise) const {
+        raise(Boot_e{});
+        journal.note("raise boot");
+    }
+};
 struct Throw_a {
     void operator()(Journal& journal) const {
         journal.note("throwing");
@@ -129,6 +135,7 @@ struct Engine_s {
         // clang-format off
         return make_transition_table(
             *state<Off_s>     + event<Boot_e>          / (NoteBoot_a{}, MayFail_a{}) = state<Booting_s>,
+             state<Off_s>     + event<Later_e>         / RaiseBoot_a{},
              state<Booting_s>                                                        = state<Running_s>,
              state<Booting_s> + exception<Trouble_ex>  / NoteTrouble_a{}             = state<Off_s>,
              state<Running_s> + event<Halt_e>          / NoteHalt_a{}                = state<Off_s>
@@ -249,6 +256,16 @@ TEST_F(SmlEngine, QueuedEventsOfTheSubMachineRunWithinTheEventAndThoseOfTheRootA
               (Lines{"[Engine_s] RaiseBoth_e", "[Running_s] RaiseBoth_e", "raise inner",
                      "[Running_s] Inner_e", "inner", "[Engine_s] anonymous", "[Engine_s] Later_e",
                      "[Running_s] Later_e", "later", "[Engine_s] anonymous"}));
+}
+
+TEST_F(SmlEngine, AnActionOfTheRootMayRaiseAnEventThatRunsAfterItsOwn) {
+    journal.take();
+    EXPECT_TRUE(machine.process_event(Later_e{}));
+    EXPECT_EQ(journal.take(),
+              (Lines{"[Engine_s] Later_e", "raise boot", "[Engine_s] anonymous", "[Engine_s] Boot_e",
+                     "[Engine_s] Off_s -> Booting_s", "boot", "start", "[Engine_s] anonymous",
+                     "[Engine_s] Booting_s -> Running_s", "[Engine_s] anonymous"}));
+    EXPECT_TRUE(machine.is(sml::state<Running_s>));
 }
 
 TEST_F(SmlEngine, AQueuedEventThatNobodyTakesMakesTheResultFalse) {

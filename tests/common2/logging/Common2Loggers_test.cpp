@@ -3,8 +3,13 @@
 #include "common2/logging/LogCore.h"
 #include "tests/support/LogCapture.h"
 
+#include <boost/log/core/core.hpp>
+#include <boost/log/sinks/basic_sink_backend.hpp>
+#include <boost/log/sinks/sync_frontend.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -52,6 +57,20 @@ TEST(LogStatement, LinesOfManyThreadsKeepTheirOwnSeverityAndMessage) {
         }
         EXPECT_EQ(capture.messages(severity), expected);
     }
+}
+
+TEST(LogStatement, TroubleOfASinkStaysWithTheSink) {
+    class Troubled : public boost::log::sinks::basic_sink_backend<boost::log::sinks::synchronized_feeding> {
+    public:
+        void consume(const boost::log::record_view&) { throw std::runtime_error("full"); }
+    };
+    const auto sink = boost::make_shared<boost::log::sinks::synchronous_sink<Troubled>>();
+    boost::log::core::get()->add_sink(sink);
+    EXPECT_NO_THROW(COMMON2_LOG(DBG_ERROR, "f") << "lost");
+    boost::log::core::get()->remove_sink(sink);
+    const test::LogCapture capture;
+    COMMON2_LOG(DBG_ERROR, "f") << "next";
+    EXPECT_EQ(capture.messages(), std::vector<std::string>{"next"});
 }
 
 } // namespace

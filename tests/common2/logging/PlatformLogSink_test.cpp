@@ -4,6 +4,8 @@
 #include "tests/support/SystemLogCapture.h"
 
 #include <boost/log/core/core.hpp>
+#include <boost/log/sources/logger.hpp>
+#include <boost/log/sources/record_ostream.hpp>
 #include <gtest/gtest.h>
 
 namespace {
@@ -53,6 +55,14 @@ TEST_F(PlatformLogSinkTest, KeepsLinesInUtf8) {
               (std::vector<test::SystemLogLine>{
                   {test::systemLog::levels().info,
                    " [, ] I/ F:1 f() gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x90\xA6"}}));
+}
+
+TEST_F(PlatformLogSinkTest, LineOfOthersWithoutASeverityIsInformation) {
+    boost::log::sources::logger others;
+    BOOST_LOG(others) << "no attributes of ours";
+    EXPECT_EQ(test::systemLog::lines(),
+              (std::vector<test::SystemLogLine>{
+                  {test::systemLog::levels().info, " [, ] / : () no attributes of ours"}}));
 }
 
 } // namespace
