@@ -23,13 +23,18 @@ constexpr const char* configFileName = "logconfig.json";
 constexpr int machineContext = 0;
 constexpr std::size_t attributeCount = 4;
 
+/// Of memory: more than the allocator keeps apart by size, so that what is given back serves any request.
+constexpr std::size_t reserveSize = 4096;
+
 /// Does one thing; what goes wrong with it concerns nobody else.
+/// @return whether it went well
 template <class Step>
-void attempt(Step&& step) noexcept {
+bool attempt(Step&& step) noexcept {
     try {
         step();
+        return true;
     } catch (...) {
-        // There is no log yet to tell it to.
+        return false; // There is no log yet to tell it to.
     }
 }
 
@@ -59,7 +64,8 @@ void applyConfig(const std::filesystem::path& path) {
 
 } // namespace
 
-QuillBaseLogging::QuillBaseLogging(const std::string& sourceName) noexcept {
+QuillBaseLogging::QuillBaseLogging(std::string_view sourceName) noexcept {
+    attempt([this] { reserve = std::make_unique<std::byte[]>(reserveSize); });
     attempt([this] { addClockAndIds(); });
     attempt([&] { addFilterAndSource(sourceName); });
     attempt([&] { addSink(sourceName); });
@@ -73,7 +79,10 @@ QuillBaseLogging::~QuillBaseLogging() {
             logging::core::get()->remove_sink(sink);
         }
     });
-    attempt([] { common2::removeLogFilter(); });
+    if (!attempt(common2::removeLogFilter)) { // the library needs memory to go back to its own filter
+        reserve.reset();
+        attempt(common2::removeLogFilter);
+    }
     attempt([this] {
         for (const auto& attribute : attributes) {
             logging::core::get()->remove_global_attribute(attribute);
@@ -101,16 +110,17 @@ void QuillBaseLogging::addClockAndIds() {
     addAttribute(names::threadId, logging::attributes::current_thread_id());
 }
 
-void QuillBaseLogging::addFilterAndSource(const std::string& sourceName) {
+void QuillBaseLogging::addFilterAndSource(std::string_view sourceName) {
     LogChannelConfig startUp;
     startUp.global_severity = DBG_INFO;
     install(startUp);
-    addAttribute(common2::logAttribute::source, logging::attributes::constant<std::string>(sourceName));
+    addAttribute(common2::logAttribute::source,
+                 logging::attributes::constant<std::string>(std::string(sourceName)));
 }
 
-void QuillBaseLogging::addSink(const std::string& sourceName) {
+void QuillBaseLogging::addSink(std::string_view sourceName) {
     if (!sourceName.empty()) {
-        sink = common2::makePlatformLogSink(sourceName);
+        sink = common2::makePlatformLogSink(std::string(sourceName));
         logging::core::get()->add_sink(sink);
     }
 }

@@ -5,7 +5,9 @@
 #include <boost/log/sinks/sink.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
-#include <string>
+#include <cstddef>
+#include <memory>
+#include <string_view>
 #include <vector>
 
 /// While it lives, the log core has this system's attributes, filter and platform sink. The destructor takes
@@ -16,7 +18,7 @@ public:
     /// Sets up attributes, a filter that starts at DBG_INFO, the sink and the administrator's rules.
     /// @param sourceName value of "Source", and the name under which the platform's log shows the lines; with
     ///                   an empty name there is no sink
-    explicit QuillBaseLogging(const std::string& sourceName) noexcept;
+    explicit QuillBaseLogging(std::string_view sourceName) noexcept;
     QuillBaseLogging(const QuillBaseLogging&) = delete;
     QuillBaseLogging& operator=(const QuillBaseLogging&) = delete;
     ~QuillBaseLogging();
@@ -28,10 +30,11 @@ public:
 private:
     void addAttribute(const char* name, const boost::log::attribute& attribute);
     void addClockAndIds();
-    void addFilterAndSource(const std::string& sourceName);
-    void addSink(const std::string& sourceName);
+    void addFilterAndSource(std::string_view sourceName);
+    void addSink(std::string_view sourceName);
 
     std::vector<boost::log::attribute_set::iterator>
         attributes;                                  ///< those that are ours among the global ones
     boost::shared_ptr<boost::log::sinks::sink> sink; ///< null if there is none
+    std::unique_ptr<std::byte[]> reserve; ///< for the destructor, in case memory has run out by then
 };
