@@ -14,7 +14,6 @@ using test::Lines;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 const std::string create = R"({"do":"create","name":"c_com.norvane.vantor.presentation","kind":"c"}
 )";
@@ -226,12 +225,14 @@ TEST_F(CRecord, DisposeOfARunningPluginStopsItFirst) {
     EXPECT_EQ(lines.back(), "result true");
 }
 
+/// The address follows, which each system spells in its own way.
+const auto namesAnUnrecognizedPlugin =
+    testing::StartsWith("log 3 DisposeCbasedPresentationPlugin: Unrecognized C Plugin: ");
+
 TEST_F(CRecord, SecondDisposeIsRefused) {
     session.run(create + R"({"do":"dispose"})");
-    EXPECT_THAT(run(R"({"do":"dispose"})"),
-                ElementsAre("log 0 DisposeCbasedPlugin: Disposing Plugin",
-                            StartsWith("log 3 DisposeCbasedPresentationPlugin: Unrecognized C Plugin: 0x"),
-                            "result false"));
+    EXPECT_THAT(run(R"({"do":"dispose"})"), ElementsAre("log 0 DisposeCbasedPlugin: Disposing Plugin",
+                                                        namesAnUnrecognizedPlugin, "result false"));
 }
 
 TEST_F(CRecord, SecondDisposeDoesNotReachALaterRecord) {
@@ -248,8 +249,7 @@ TEST_F(CRecord, DisposingOfWhatCouldNotBeMadeIsRefused) {
 
 TEST_F(CRecord, ForeignRecordIsRefused) {
     EXPECT_THAT(run(R"({"do":"dispose","object":"foreign"})"),
-                ElementsAre("log 0 DisposeCbasedPlugin: Disposing Plugin",
-                            StartsWith("log 3 DisposeCbasedPresentationPlugin: Unrecognized C Plugin: 0x"),
+                ElementsAre("log 0 DisposeCbasedPlugin: Disposing Plugin", namesAnUnrecognizedPlugin,
                             "result false"));
 }
 
@@ -282,8 +282,7 @@ TEST(OnlyC, MakesEveryObjectAsARecordAndFitsNames) {
         EXPECT_THAT(session.run(R"({"do":"create",)" + keys + "}"), Contains("created true"));
     }
     EXPECT_THAT(session.run(R"({"do":"dispose","object":null})"),
-                ElementsAre("log 0 DisposeCbasedPlugin: Disposing Plugin",
-                            StartsWith("log 3 DisposeCbasedPresentationPlugin: Unrecognized C Plugin: "),
+                ElementsAre("log 0 DisposeCbasedPlugin: Disposing Plugin", namesAnUnrecognizedPlugin,
                             "result false"));
 }
 

@@ -1,16 +1,10 @@
-#include "backend-sim/WrenSim.h"
-#include "host/LogTap.h"
-#include "host/PluginModule.h"
+#include "tests/module/ModuleTest.h"
 #include "tests/support/Documents.h"
 #include "tests/support/Sanitizer.h"
-#include "wren/QuillApi.h"
-
-#include <gtest/gtest.h>
 
 #include <array>
 #include <atomic>
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -20,70 +14,11 @@
 
 namespace {
 
+using test::callbacksOf;
+using test::CountingHost;
 using test::textOf;
 
-class CountingHost : public IPresentationCB, public ITranslator {
-public:
-    std::atomic<unsigned> notices = 0;
-    std::atomic<unsigned> stops = 0;
-    std::atomic<bool> isGone = false;
-    std::atomic<unsigned> lateCalls = 0;
-    std::atomic<unsigned> errorPopups = 0;
-    std::atomic<unsigned> disposals = 0;
-    std::function<void(const char* xml)> onNotice; ///< set before the plugin starts
-
-    std::int32_t Notify(std::uintptr_t, const char* xml) override {
-        ++notices;
-        lateCalls += isGone ? 1 : 0;
-        const std::string_view text(xml);
-        const bool isOfErrorPopup = text.find(" id=\"wren_client_error_dialog\"") != std::string_view::npos;
-        errorPopups += isOfErrorPopup && text.find(" type=\"custom\"") != std::string_view::npos ? 1 : 0;
-        disposals += isOfErrorPopup && text.find(" dispose=\"true\"") != std::string_view::npos ? 1 : 0;
-        if (onNotice) {
-            onNotice(xml);
-        }
-        return 0;
-    }
-    std::int32_t StopDone(std::uintptr_t) override {
-        ++stops;
-        return 0;
-    }
-    std::int32_t TranslatorOperation1(std::uintptr_t, std::uintptr_t, std::uintptr_t) override { return 0; }
-    std::int32_t TranslatorOperation2(std::uintptr_t, std::uintptr_t, std::uintptr_t) override { return 0; }
-};
-
-class Concurrency : public testing::Test {
-protected:
-    void SetUp() override { wrensim_set_quiet(true); }
-    void TearDown() override {
-        // The stand-in remembers receivers for late documents, and they lie in the module.
-        wrensim_forget_receivers();
-        wrensim_set_quiet(false);
-    }
-
-    /// A plugin that is registered with `host`.
-    host::OwnedPlugin make(CountingHost& counting) {
-        host::OwnedPlugin plugin(module.create("com.norvane.vantor.presentation"), host::PluginOwner(module));
-        EXPECT_EQ(plugin->Register("", 7, &counting, &counting), 0);
-        return plugin;
-    }
-
-    static void press(IPresentationPluginV3& plugin, const std::string& event) {
-        plugin.EventNotification(("<vtguiEvent id=\"" + event + "\"/>").c_str());
-    }
-
-    host::LogTap log{[](const host::LogRecord&) {}};
-    host::PluginModule module{host::defaultModulePath()};
-};
-
-/// The side of the object that the backend calls: its second base, behind the first, which is one pointer. A
-/// cast by type would need the module at link time.
-IQuillApiCallbacks& callbacksOf(IPresentationPluginV3& plugin) {
-    void* const object = dynamic_cast<void*>(&plugin);
-    auto* const callbacks = reinterpret_cast<IQuillApiCallbacks*>(static_cast<void**>(object) + 1);
-    EXPECT_EQ(dynamic_cast<void*>(callbacks), object);
-    return *callbacks;
-}
+class Concurrency : public test::ModuleTest {};
 
 /// Runs each function on a thread of its own, until all have returned.
 void together(const std::vector<std::function<void()>>& works) {
@@ -264,26 +199,6 @@ TEST_F(Concurrency, TheHostMayCloseTheErrorPopupFromInsideItsOwnCallback) {
         callbacks.EnrollmentStatusNotification(textOf(test::enrollmentStatusDocument("error")).c_str());
     }
     EXPECT_EQ(seen, (std::vector<std::string>{"opened", "closed", "opened", "closed"}));
-}
-
-TEST_F(Concurrency, AHostThatThrowsWhileThePluginStartsLeavesNothingToCrashOn) {
-    CountingHost counting;
-    counting.onNotice = [](const char* xml) {
-        if (std::string_view(xml).find("type=\"setup\"") != std::string_view::npos) {
-            throw std::runtime_error("host");
-        }
-    };
-    const host::OwnedPlugin plugin = make(counting);
-    // The exception is dropped where it is none of the backend's, and the machine goes on without a
-    // connection.
-    EXPECT_EQ(plugin->Start(), -10);
-    counting.onNotice = nullptr;
-    IQuillApiCallbacks& callbacks = callbacksOf(*plugin);
-    callbacks.StatusNotification(textOf(test::notEnrolledStatusDocument()).c_str());
-    press(*plugin, "quill_toast_enroll_action_btn_OnPress");
-    EXPECT_EQ(plugin->Stop(0), 0);
-    EXPECT_EQ(plugin->Start(), 0);
-    EXPECT_EQ(plugin->Stop(0), 0);
 }
 
 TEST_F(Concurrency, ClosingAPopupThatIsAlreadyGoneSendsNothing) {
