@@ -16,7 +16,8 @@
 ///
 /// Calls arrive on host threads (from within the host's own calls into the plugin) and on threads of the
 /// backend library. From inside them the host must not call `Register`, `Start`, `Stop`, `Unregister` or
-/// `EventNotification` of the same plugin on the same thread: it hands such work to another thread.
+/// `EventNotification` of the same plugin on the same thread: it hands such work to another thread. No
+/// exception may leave a callback: the notices that follow would be lost, or, on Windows, the process.
 class IPresentationCB {
 public:
     /// Shows one notice.
