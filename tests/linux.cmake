@@ -102,6 +102,11 @@ if(NOT WREN_SANITIZE MATCHES "thread")
     target_link_libraries(wren_allocation_tests PRIVATE
         wren_flags wren_boundary wren_test_support GTest::gtest_main)
     wren_tests(wren_allocation_tests)
+
+    # The log's, where no module has set it up already.
+    add_executable(wren_log_allocation_tests allocation/FailingAllocation.cpp allocation/log/LogFaults_test.cpp)
+    target_link_libraries(wren_log_allocation_tests PRIVATE wren_flags wren_test_support wren_common GTest::gtest_main)
+    wren_tests(wren_log_allocation_tests)
 endif()
 
 # A long life; `scripts/soak` runs the whole of it.

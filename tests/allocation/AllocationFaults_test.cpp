@@ -1,17 +1,13 @@
-#include "common/logging/QuillLogging.h"
 #include "common2/data/StringTrie.h"
 #include "tests/allocation/FailingAllocation.h"
 #include "tests/boundary/Scene.h"
-#include "tests/support/LogCapture.h"
 #include "tests/support/QuietLog.h"
 #include "xml/XmlUIEvent.h"
 
-#include <boost/log/core/core.hpp>
 #include <boost/thread/thread.hpp>
 #include <gtest/gtest.h>
 
 #include <new>
-#include <optional>
 #include <string>
 
 // Memory that runs out at any one allocation: nothing is left half done that could be seen, and nothing is
@@ -212,52 +208,6 @@ TEST(AllocationFault, WithTheLogOpenADocumentLosesLinesAtMost) {
     const test::QuietLog quiet;
     scene.settle();
     EXPECT_TRUE(scene.enrols());
-}
-
-TEST(AllocationFault, ALogLineGoesOutWithoutThePieceThatFoundNoMemory) {
-    const std::string longText(10'000, 'x');
-    const test::LogCapture log;
-    {
-        common2::LogStatement line(DBG_ERROR, "file", 1, "function");
-        line << "first ";
-        {
-            const test::NoAllocation none;
-            line << longText;
-        }
-        line << "last";
-    }
-    EXPECT_EQ(log.messages(), std::vector<std::string>{"first last"});
-}
-
-TEST(AllocationFault, WhateverOfTheLogWasSetUpIsTakenDownAgain) {
-    const auto core = boost::log::core::get();
-    const std::size_t attributes = core->get_global_attributes().size();
-    // Makes what the library makes once.
-    COMMON2_LOG(DBG_TRACE, "f") << "";
-    const auto expectNothingLeft = [&](std::size_t allocation) {
-        const test::LogCapture log;
-        COMMON2_LOG(DBG_TRACE, "f") << "not filtered";
-        ASSERT_EQ(log.messages(), std::vector<std::string>{"not filtered"}) << allocation;
-        ASSERT_EQ(core->get_global_attributes().size(), attributes) << allocation;
-    };
-    bool hasFailed = true;
-    std::size_t allocation = 1;
-    for (; hasFailed; ++allocation) {
-        {
-            const FailingAllocation failing(allocation);
-            const QuillBaseLogging logging("a source with a long name");
-            hasFailed = failing.hasFailed();
-        }
-        expectNothingLeft(allocation);
-    }
-    EXPECT_GT(allocation, 10u);
-    std::optional<QuillBaseLogging> logging("a source with a long name");
-    {
-        const FailingAllocation failing(1);
-        logging.reset();
-        EXPECT_TRUE(failing.hasFailed());
-    }
-    expectNothingLeft(0);
 }
 
 TEST(AllocationFault, ADeepTreeGoesWithoutMemoryAndWithoutADeepStack) {

@@ -117,8 +117,9 @@ TEST(ModuleFile, ExportsTheEntryPointsAndTheClassPluginAndNothingElse) {
                                "typeinfo name for Plugin", "vtable for Plugin"}));
 }
 
-/// The operation in a place of an object's table, called as compilers call a virtual member: a pointer to one
-/// is its offset in the table, made odd, and an adjustment of the object. A destructor takes two places.
+/// The operation in a place of an object's table, called as compilers call a virtual member: on x86 a pointer
+/// to one is its offset in the table, made odd, and an adjustment of the object. A destructor takes two
+/// places.
 template <class Function>
 struct Slot;
 template <class Result, class... Arguments>
