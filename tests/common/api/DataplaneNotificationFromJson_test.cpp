@@ -25,14 +25,14 @@ using test::throwsOutOfRange;
 using test::with;
 using test::without;
 
-DataplaneNotification_t decoded(const json::value& document) {
+DataplaneNotification_t decodedDataplane(const json::value& document) {
     std::error_code error = makeGlobalError(QuillApiResult::Eof); // stale: the decoder must clear it
     DataplaneNotification_t notification = DataplaneNotificationFromJson(document, error);
     EXPECT_FALSE(error) << document;
     return notification;
 }
 
-void expectSoftFailure(const json::value& document) {
+void expectRefusedDataplane(const json::value& document) {
     std::error_code error;
     EXPECT_EQ(DataplaneNotificationFromJson(document, error), DataplaneNotification_t()) << document;
     EXPECT_EQ(error.value(), 1) << document;
@@ -61,18 +61,18 @@ json::value requestWithout(std::string_view place) {
 }
 
 DataplaneAlert_t decodedAlert(std::string_view place, json::value content) {
-    return decoded(alertWith(place, std::move(content))).dataplane_alerts.at(0);
+    return decodedDataplane(alertWith(place, std::move(content))).dataplane_alerts.at(0);
 }
 
 // Sound documents
 
 TEST(DataplaneNotificationFromJson, ReadsEveryField) {
-    EXPECT_EQ(decoded(dataplaneDocument(3, 2)), test::dataplane(3, 2));
+    EXPECT_EQ(decodedDataplane(dataplaneDocument(3, 2)), test::dataplane(3, 2));
 }
 
 TEST(DataplaneNotificationFromJson, EmptyListsAreTheNormalState) {
-    const auto notification =
-        decoded(json::parse(R"({"version":"1","dataplane_alerts":[],"dataplane_auth_requests":[]})"));
+    const auto notification = decodedDataplane(
+        json::parse(R"({"version":"1","dataplane_alerts":[],"dataplane_auth_requests":[]})"));
     EXPECT_EQ(notification.version, "1");
     EXPECT_TRUE(notification.dataplane_alerts.empty());
     EXPECT_TRUE(notification.dataplane_auth_requests.empty());
@@ -103,9 +103,10 @@ TEST(DataplaneNotificationFromJson, ReadsEveryProto) {
 TEST(DataplaneNotificationFromJson, UnlistedCategoryAndProtoAreUnknown) {
     EXPECT_EQ(decodedAlert("/category", "Policy_error").category, DataplaneAlertCategory::Unknown);
     EXPECT_EQ(decodedAlert("/destinations/0/proto", "TCP").destinations.at(0).proto, DataplaneProto::Unknown);
-    EXPECT_EQ(
-        decoded(requestWith("/destination/proto", "sctp")).dataplane_auth_requests.at(0).destination.proto,
-        DataplaneProto::Unknown);
+    EXPECT_EQ(decodedDataplane(requestWith("/destination/proto", "sctp"))
+                  .dataplane_auth_requests.at(0)
+                  .destination.proto,
+              DataplaneProto::Unknown);
 }
 
 TEST(DataplaneNotificationFromJson, PortsAreCutToSixteenBits) {
@@ -135,7 +136,8 @@ TEST(DataplaneNotificationFromJson, TextsEndAtTheirFirstNul) {
         EXPECT_TRUE(found) << key;
     }
     for (const char* key : {"context_id", "start_url", "end_url", "cookie_name"}) {
-        const auto request = decoded(requestWith("/" + std::string(key), text)).dataplane_auth_requests.at(0);
+        const auto request =
+            decodedDataplane(requestWith("/" + std::string(key), text)).dataplane_auth_requests.at(0);
         const bool found = request.context_id == "ab" || request.start_url == "ab" ||
                            request.end_url == "ab" || request.cookie_name == "ab";
         EXPECT_TRUE(found) << key;
@@ -145,21 +147,21 @@ TEST(DataplaneNotificationFromJson, TextsEndAtTheirFirstNul) {
               DataplaneAlertCategory::PolicyError);
     EXPECT_EQ(decodedAlert("/destinations/0/proto", json::string("udp\0!", 5)).destinations.at(0).proto,
               DataplaneProto::Udp);
-    EXPECT_EQ(decoded(with(dataplaneDocument(), "/version", text)).version, "ab");
+    EXPECT_EQ(decodedDataplane(with(dataplaneDocument(), "/version", text)).version, "ab");
 }
 
 // The top level
 
 TEST(DataplaneNotificationFromJson, AnythingButAnObjectFailsSoftly) {
     for (const char* text : {"{}", "[]", "null", "\"text\"", "12"}) {
-        expectSoftFailure(json::parse(text));
+        expectRefusedDataplane(json::parse(text));
     }
 }
 
 TEST(DataplaneNotificationFromJson, EveryTopLevelKeyIsRequired) {
     for (const char* place : {"/version", "/dataplane_alerts", "/dataplane_auth_requests"}) {
-        expectSoftFailure(without(dataplaneDocument(2, 2), place));
-        expectSoftFailure(with(dataplaneDocument(2, 2), place, json::object{}));
+        expectRefusedDataplane(without(dataplaneDocument(2, 2), place));
+        expectRefusedDataplane(with(dataplaneDocument(2, 2), place, json::object{}));
     }
 }
 

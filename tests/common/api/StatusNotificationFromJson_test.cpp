@@ -52,7 +52,7 @@ auto decoding(json::value document) {
     return test::decoding(StatusNotificationFromJson, std::move(document));
 }
 
-std::string enrollmentPlace(std::string_view place) { return "/enrollments/0" + std::string(place); }
+std::string statusEnrollmentPlace(std::string_view place) { return "/enrollments/0" + std::string(place); }
 
 // Sound documents
 
@@ -132,7 +132,7 @@ TEST(StatusNotificationFromJson, EnrollmentKeysAreOptionalOneByOne) {
     for (const char* key : {"state", "substate", "id", "type", "label", "enrollment_time", "unenroll_allowed",
                             "reenroll_allowed", "config_sync_status", "certificate_status",
                             "dataplane_status", "network_status"}) {
-        EXPECT_NE(decoded(without(enrolledStatusDocument(), enrollmentPlace("/") + key)),
+        EXPECT_NE(decoded(without(enrolledStatusDocument(), statusEnrollmentPlace("/") + key)),
                   test::enrolledStatus())
             << key;
     }
@@ -270,21 +270,21 @@ TEST(StatusNotificationFromJson, TheFirstFaultDecides) {
 
 // Texts and NUL bytes
 
-const json::string nulText("ab\0cd", 5);
+const json::string statusNulText("ab\0cd", 5);
 
 TEST(StatusNotificationFromJson, TextsOfListEntriesEndAtTheirFirstNul) {
     for (const char* key : {"state", "substate", "id", "type", "label"}) {
         const auto document =
             json::parse(R"({"version":"1","state":"x","enrollment_choices":[],"enrollments":[{}]})");
         const Enrollment_t entry =
-            decoded(with(document, enrollmentPlace("/") + key, nulText)).enrollments[0];
+            decoded(with(document, statusEnrollmentPlace("/") + key, statusNulText)).enrollments[0];
         EXPECT_EQ(entry.state + entry.substate + entry.id + entry.type + entry.label, "ab") << key;
     }
     for (const char* key : {"state", "id", "type", "label"}) {
         const auto document =
             json::parse(R"({"version":"1","state":"x","enrollment_choices":[{}],"enrollments":[]})");
         const EnrollmentChoice_t entry =
-            decoded(with(document, "/enrollment_choices/0/" + std::string(key), nulText))
+            decoded(with(document, "/enrollment_choices/0/" + std::string(key), statusNulText))
                 .enrollment_choices[0];
         EXPECT_EQ(entry.state + entry.id + entry.type + entry.label, "ab") << key;
     }
@@ -298,13 +298,13 @@ TEST(StatusNotificationFromJson, LiteralsEndAtTheirFirstNul) {
 }
 
 TEST(StatusNotificationFromJson, OtherTextsAreKeptWhole) {
-    auto document = with(enrolledStatusDocument(), "/version", nulText);
-    document = with(document, "/state", nulText);
-    document = with(document, "/substate", nulText);
-    document = with(document, "/enrollments/0/certificate_status/certificate_urns/user_name", nulText);
-    document = with(document, "/enrollments/0/dataplane_status/proxy_configs/0/label", nulText);
-    document = with(document, "/enrollments/0/dataplane_status/proxy_configs/0/status", nulText);
-    document = with(document, "/enrollments/0/network_status/fingerprints/0/label", nulText);
+    auto document = with(enrolledStatusDocument(), "/version", statusNulText);
+    document = with(document, "/state", statusNulText);
+    document = with(document, "/substate", statusNulText);
+    document = with(document, "/enrollments/0/certificate_status/certificate_urns/user_name", statusNulText);
+    document = with(document, "/enrollments/0/dataplane_status/proxy_configs/0/label", statusNulText);
+    document = with(document, "/enrollments/0/dataplane_status/proxy_configs/0/status", statusNulText);
+    document = with(document, "/enrollments/0/network_status/fingerprints/0/label", statusNulText);
     const StatusNotification_t status = decoded(document);
     const std::string whole("ab\0cd", 5);
     EXPECT_EQ(status.version, whole);

@@ -10,7 +10,7 @@
 namespace {
 
 using Bytes = std::vector<unsigned char>;
-using Texts = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 // The machine's account, as the system tells of it.
 DWORD firstError = ERROR_INSUFFICIENT_BUFFER;
@@ -48,7 +48,7 @@ protected:
         isSecondDone = true;
     }
 
-    void expectFailure(const Texts& messages) {
+    void expectFailure(const Lines& messages) {
         capture.clear();
         Bytes bytes{1};
         EXPECT_FALSE(common2::readDeviceDetail(L"Sid", bytes));
@@ -64,7 +64,7 @@ TEST_F(MachineSid, IsThatOfTheComputersAccount) {
     Bytes bytes;
     EXPECT_TRUE(common2::readDeviceDetail(L"Sid", bytes));
     EXPECT_EQ(bytes, Bytes(std::begin(machineSid), std::end(machineSid)));
-    EXPECT_EQ(capture.messages(), Texts());
+    EXPECT_EQ(capture.messages(), Lines());
 }
 
 TEST_F(MachineSid, WithoutAComputerNameThereIsNone) {
@@ -100,7 +100,7 @@ TEST(ProductIds, AreTheSystemsOwn) {
     const test::LogCapture capture;
     EXPECT_FALSE(common2::readDeviceDetail(L"DigitalProductId4", bytes));
     EXPECT_EQ(bytes, Bytes());
-    EXPECT_EQ(capture.messages(), Texts{"CRegKey::QueryBinaryValue returned error 2"});
+    EXPECT_EQ(capture.messages(), Lines{"CRegKey::QueryBinaryValue returned error 2"});
 }
 
 } // namespace

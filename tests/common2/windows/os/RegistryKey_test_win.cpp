@@ -64,14 +64,14 @@ TEST_F(RegistryTest, TextOfSizeZeroIsEmpty) {
 REGSAM askedAccess = 0;
 HKEY askedRoot = nullptr;
 
-LSTATUS WINAPI keepQuestion(HKEY root, LPCWSTR, DWORD, REGSAM access, PHKEY) {
+LSTATUS WINAPI keepOpenQuestion(HKEY root, LPCWSTR, DWORD, REGSAM access, PHKEY) {
     askedRoot = root;
     askedAccess = access;
     return ERROR_ACCESS_DENIED;
 }
 
 TEST_F(RegistryTest, KeyIsOpenedBelowTheLocalMachineWithTheAccessGiven) {
-    const host::Detour detour(L"advapi32.dll", "RegOpenKeyExW", reinterpret_cast<void*>(&keepQuestion));
+    const host::Detour detour(L"advapi32.dll", "RegOpenKeyExW", reinterpret_cast<void*>(&keepOpenQuestion));
     for (const std::uint32_t access : {RegistryKey::readAccess, RegistryKey::readAccessOf64Bit}) {
         EXPECT_EQ(key.Open(L"Software\\Maker", access), unsigned{ERROR_ACCESS_DENIED});
         EXPECT_EQ(askedAccess, access);
