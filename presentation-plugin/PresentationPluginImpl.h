@@ -32,7 +32,7 @@
 #include <boost/json/fwd.hpp>
 
 #include <array>
-#include <cstddef>
+#include <cstdint>
 #include <future>
 #include <memory>
 #include <string>
@@ -241,7 +241,7 @@ private:
     StatusRecords statusRecords GUARDED;  ///< of which `cachedStatus` is one
     KnownText knownStatusText GUARDED;    ///< that `cachedStatus` came from
     KnownText knownDataplaneText GUARDED; ///< that `cachedDataplane` came from
-    alignas(std::max_align_t)
+    alignas(std::uint64_t)
         std::array<unsigned char, 16 * 1024> parseMemory GUARDED; ///< enough for usual documents
     std::string currentEnrollmentId GUARDED;                      ///< empty: no enrollment in progress
     std::string currentDataplaneAuthContextId GUARDED; ///< empty: no dataplane authentication in progress
