@@ -10,6 +10,8 @@ target_compile_options(wren_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Werror
     # Where sources are compiled together, the names of one are seen by the next.
     $<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow>
+    # Members of other compilers' classes are called as functions that take `this` in a register.
+    $<$<BOOL:${WIN32}>:-Wno-attributes>
     # Which mutex guards what: common2/util/ThreadSafety.h.
     $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
 

@@ -3,6 +3,7 @@
 #include "common/api/QuillApiResultText.h"
 #include "common/logging/QuillLogging.h"
 #include "common2/logging/Common2Loggers.h"
+#include "presentation-plugin/ClassTable.h"
 #include "presentation-plugin/PresentationPluginImpl.h"
 #include "wren/Plugin.h"
 #include "wren/PresentationPluginCbased.h"
@@ -56,7 +57,7 @@ Plugin* CreatePlugin(const char* interfaceName) {
         return nullptr;
     }
     try {
-        return new PresentationPluginImpl(factory);
+        return asPlugin(new PresentationPluginImpl(factory));
     } catch (const std::exception& failure) {
         COMMON2_LOG(DBG_ERROR, function) << "Couldn't create the plugin: " << failure.what();
         return nullptr;
@@ -65,7 +66,7 @@ Plugin* CreatePlugin(const char* interfaceName) {
 
 bool DisposePlugin(Plugin* plugin) {
     COMMON2_LOG(DBG_TRACE, "DisposePlugin") << "Disposing Plugin";
-    delete plugin;
+    destroyPlugin(plugin);
     return true;
 }
 

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr std::uint32_t reasonCount = 2;
+constexpr int neededVersion = 3;
 
 /// Calls `operation` with the shim behind `handle`.
 /// @param function by which a fault is logged
@@ -35,9 +36,10 @@ constexpr std::int32_t failed = presentationFailed;
 
 CPresentationPluginShim::CPresentationPluginShim(bool& isCreated) {
     constexpr const char* function = "CPresentationPluginShim::CPresentationPluginShim";
-    Plugin* created = CreatePlugin(presentationInterfaceName);
-    plugin = dynamic_cast<IPresentationPluginV3*>(created);
-    if (created && !plugin) {
+    Plugin* const created = CreatePlugin(presentationInterfaceName);
+    if (created && created->SupportsInterface(presentationInterfaceName, neededVersion)) {
+        plugin = static_cast<IPresentationPluginV3*>(created);
+    } else if (created) {
         DisposePlugin(created);
     }
     isCreated = plugin != nullptr;

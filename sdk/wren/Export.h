@@ -35,8 +35,9 @@
 #endif
 
 /// @def WREN_BACKEND_API
-/// On what the backend library exports. Only a backend library's own build defines WREN_BACKEND_BUILD.
-#if defined(WREN_BACKEND_BUILD)
+/// On what the backend library exports. Only a backend library's own build defines WREN_BACKEND_BUILD. The
+/// Windows module finds these names at run time and imports none.
+#if defined(WREN_BACKEND_BUILD) || (defined(_WIN32) && defined(WREN_MODULE_BUILD))
 #define WREN_BACKEND_API WREN_DLL_EXPORT
 #else
 #define WREN_BACKEND_API WREN_DLL_IMPORT

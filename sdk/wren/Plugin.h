@@ -5,6 +5,10 @@
 /// `SupportsInterface` for the version that it wants, casts it to that version's interface
 /// (wren/PresentationPlugin.h: `static_cast`, since a `dynamic_cast` would need the module at link time),
 /// drives it, and gives it back to `DisposePlugin`. Nothing here throws.
+///
+/// On Windows the object's table is the one that Microsoft's compiler lays out: 16 slots, the destructor in
+/// slot 1. Every compiler reads it through these headers; `dynamic_cast` and `typeid` of an object work with
+/// Microsoft's compiler only.
 #pragma once
 
 #include "wren/Export.h"
@@ -33,8 +37,20 @@ public:
     /// @return whether it can
     virtual bool SupportsInterface(const char* name, int version) = 0;
 
+#if defined(_WIN32) && !defined(_MSC_VER)
+    /// The destructor's slot in the form of Microsoft's compiler, which has one slot for it where others have
+    /// two. Called by `DisposePlugin` alone: a host never deletes a plugin.
+    /// @param flags 1 to free the object's memory, too
+    /// @return the object's address
+    virtual void* DeletingDestructor(unsigned int flags);
+
+protected:
+    /// Called by the classes that derive from this one.
+    ~Plugin();
+#else
     /// Called by `DisposePlugin` alone: a host never deletes a plugin.
     virtual ~Plugin();
+#endif
 };
 
 extern "C" {

@@ -49,20 +49,26 @@ bool noteForAnswer(const char* operation, const Arguments&... arguments) {
     return fakeModule.answer;
 }
 
-class FakePlugin final : public IPresentationPluginV3 {
-public:
-    FakePlugin() { ++fakeModule.alive; }
-    FakePlugin(const FakePlugin&) = delete;
-    FakePlugin& operator=(const FakePlugin&) = delete;
-    ~FakePlugin() override {
+/// What a plugin notes of its beginning and end.
+struct Life {
+    Life() { ++fakeModule.alive; }
+    Life(const Life&) = delete;
+    Life& operator=(const Life&) = delete;
+    ~Life() {
         --fakeModule.alive;
         if (fakeModule.stopsAtTheEnd) {
             fakeModule.presentationCB->StopDone(fakeModule.hostHandle);
         }
     }
+};
 
-    bool SupportsInterface(const char* name, int version) override {
-        return noteForAnswer("SupportsInterface", name, version);
+class FakePlugin final : public IPresentationPluginV3 {
+public:
+    explicit FakePlugin(int offeredVersion)
+        : version(offeredVersion) {}
+
+    bool SupportsInterface(const char* name, int wanted) override {
+        return noteForAnswer("SupportsInterface", name, wanted) && wanted <= version;
     }
     std::int32_t Register(const char* arguments, std::uintptr_t hostHandle, IPresentationCB* presentationCB,
                           ITranslator* translator) override {
@@ -102,16 +108,10 @@ public:
     std::int32_t ApprovalEventNotification(std::uintptr_t first) override {
         return noteForResult("ApprovalEventNotification", first);
     }
-};
 
-/// Not an `IPresentationPluginV3`.
-class OldPlugin final : public Plugin {
-public:
-    OldPlugin() { ++fakeModule.alive; }
-    OldPlugin(const OldPlugin&) = delete;
-    OldPlugin& operator=(const OldPlugin&) = delete;
-    ~OldPlugin() override { --fakeModule.alive; }
-    bool SupportsInterface(const char*, int) override { return true; }
+private:
+    const Life life;
+    const int version; ///< the latest that it offers
 };
 
 } // namespace
@@ -121,6 +121,9 @@ Plugin::Plugin() = default;
 Plugin::Plugin(const Plugin&) {}
 Plugin& Plugin::operator=(const Plugin&) { return *this; }
 Plugin::~Plugin() = default;
+#ifdef _WIN32
+void* Plugin::DeletingDestructor(unsigned int) { return this; }
+#endif
 
 Plugin* CreatePlugin(const char* interfaceName) {
     using Makes = test::FakeModule::Makes;
@@ -129,13 +132,10 @@ Plugin* CreatePlugin(const char* interfaceName) {
     if (test::fakeModule.makes == Makes::Nothing) {
         return nullptr;
     }
-    if (test::fakeModule.makes == Makes::PluginOfAnOlderVersion) {
-        return new test::OldPlugin;
-    }
-    return new test::FakePlugin;
+    return new test::FakePlugin(test::fakeModule.makes == Makes::PluginOfAnOlderVersion ? 2 : 3);
 }
 
 bool DisposePlugin(Plugin* plugin) {
-    delete plugin;
+    delete static_cast<test::FakePlugin*>(plugin);
     return test::fakeModule.disposeResult;
 }

@@ -55,6 +55,7 @@ protected:
     Shim() {
         fakeModule = {};
         record = CreateCbasedPresentationPlugin();
+        fakeModule.called.clear(); // what making it asked
         log.clear();
     }
     ~Shim() override { DisposeCbasedPresentationPlugin(record); }
