@@ -5,6 +5,7 @@
 namespace host {
 
 const char* const backendLibraryName = "libkes_wren_api.so";
+const char* const otherTableExport = nullptr;
 
 std::filesystem::path moduleBeside(const std::filesystem::path& folder) {
     constexpr const char* name = "libkes_wren_presentation_plugin.so";

@@ -18,10 +18,21 @@ Function required(const SharedLibrary& library, const char* name, const std::fil
     return function;
 }
 
+/// The backend library that the module has or will have: the process's, or the one beside the module.
+std::optional<SharedLibrary> backendOf(const std::filesystem::path& module) {
+    if (auto loaded = SharedLibrary::findLoaded(backendLibraryName)) {
+        return loaded;
+    }
+    const std::filesystem::path beside = module.parent_path() / backendLibraryName;
+    std::error_code none;
+    return std::filesystem::exists(beside, none) ? std::optional(SharedLibrary::load(beside)) : std::nullopt;
+}
+
 } // namespace
 
 PluginModule::PluginModule(const std::filesystem::path& file)
     : library(SharedLibrary::load(file))
+    , backend(backendOf(file))
     , getInterfaces(required<decltype(getInterfaces)>(library, "GetAvailableInterfaces", file))
     , createPlugin(required<decltype(createPlugin)>(library, "CreatePlugin", file))
     , disposePlugin(required<decltype(disposePlugin)>(library, "DisposePlugin", file))
@@ -29,6 +40,11 @@ PluginModule::PluginModule(const std::filesystem::path& file)
     , disposeRecord(library.function<decltype(disposeRecord)>("DisposeCbasedPlugin")) {}
 
 IPresentationPluginV3* PluginModule::create(const char* name) const {
+    if (otherTableExport != nullptr && library.symbol(otherTableExport) != nullptr) {
+        throw HostError(
+            "the module's class has the table of another compiler, with two slots for its destructor: "
+            "use --interface c");
+    }
     Plugin* plugin = createPlugin(name);
     if (plugin != nullptr && !plugin->SupportsInterface(presentationInterfaceName, usedVersion)) {
         disposePlugin(plugin);

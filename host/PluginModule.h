@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace host {
@@ -22,7 +23,8 @@ public:
     /// `CreatePlugin`, as the interface that the host uses; the object goes to `dispose`.
     /// @param name NUL-terminated or null
     /// @return null where the module refused
-    /// @throws HostError where the object does not offer version 3 of the interface
+    /// @throws HostError where the object does not offer version 3 of the interface, or its table is another
+    ///     compiler's
     IPresentationPluginV3* create(const char* name) const;
 
     /// `DisposePlugin`.
@@ -45,6 +47,8 @@ public:
 
 private:
     SharedLibrary library;
+    std::optional<SharedLibrary>
+        backend; ///< the module's; loaded with it, for what the host asks of it itself
     decltype(&GetAvailableInterfaces) getInterfaces;
     decltype(&CreatePlugin) createPlugin;
     decltype(&DisposePlugin) disposePlugin;

@@ -1,0 +1,65 @@
+/// A receiver of the plugin as a service library of Microsoft's compiler holds it.
+#pragma once
+
+#include "presentation-plugin/msvc/Service.h"
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+
+namespace msvc {
+
+/// Hands documents on to the receiver that it stands for, and keeps that alive during each call only. The
+/// library's constructor and destructor of the class run for it.
+class Receiver final : public Callbacks {
+public:
+    explicit Receiver(const Exports& library);
+    Receiver(const Receiver&) = delete;
+    Receiver& operator=(const Receiver&) = delete;
+    ~Receiver();
+
+    /// Sets the receiver that it stands for. Until then, documents are dropped.
+    void setTarget(const std::weak_ptr<IQuillApiCallbacks>& receiver);
+
+    void StatusNotification(const char* json) noexcept override;
+    void EnrollmentStatusNotification(const char* json) noexcept override;
+    void EnrollmentAuthRequest(const char* json) noexcept override;
+    void UnenrollmentStatusNotification(const char* json) noexcept override;
+    void DataplaneNotification(const char* json) noexcept override;
+    /// Its control block destroys it: a call from elsewhere does nothing.
+    void* deletingDestructor(unsigned flags) noexcept override;
+
+private:
+    std::shared_ptr<IQuillApiCallbacks> lockTarget();
+
+    /// The library's class has no members as far as is known; its constructor may use this if it has.
+    std::array<std::byte, 60> membersOfTheClass{};
+    const Exports exports;
+    std::mutex mutex;
+    std::weak_ptr<IQuillApiCallbacks> target; ///< under the mutex
+};
+
+/// A receiver and its owners. Begins with one, which is whoever made it.
+class ReceiverBlock final : public ControlBlock {
+public:
+    explicit ReceiverBlock(const Exports& library);
+    ReceiverBlock(const ReceiverBlock&) = delete;
+    ReceiverBlock& operator=(const ReceiverBlock&) = delete;
+
+    Receiver& receiver() { return held; }
+
+    void destroy() noexcept override;
+    void deleteThis() noexcept override;
+    void* deletingDestructor(unsigned flags) noexcept override;
+    void* getDeleter(const void* type) const noexcept override;
+
+private:
+    ~ReceiverBlock() {}
+
+    union { // ends before the block does
+        Receiver held;
+    };
+};
+
+} // namespace msvc

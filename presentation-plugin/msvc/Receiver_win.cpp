@@ -1,0 +1,70 @@
+#include "presentation-plugin/msvc/Receiver.h"
+
+#include <cstring>
+
+namespace msvc {
+
+Receiver::Receiver(const Exports& library)
+    : exports(library) {
+    const void* table = nullptr;
+    std::memcpy(&table, static_cast<void*>(this), sizeof table);
+    exports.constructCallbacks(this);
+    std::memcpy(static_cast<void*>(this), &table, sizeof table); // the constructor has set its own class's
+}
+
+Receiver::~Receiver() { exports.destructCallbacks(this); }
+
+void Receiver::setTarget(const std::weak_ptr<IQuillApiCallbacks>& receiver) {
+    const std::lock_guard lock(mutex);
+    target = receiver;
+}
+
+std::shared_ptr<IQuillApiCallbacks> Receiver::lockTarget() {
+    const std::lock_guard lock(mutex);
+    return target.lock();
+}
+
+void Receiver::StatusNotification(const char* json) noexcept {
+    if (const auto receiver = lockTarget()) {
+        receiver->StatusNotification(json);
+    }
+}
+
+void Receiver::EnrollmentStatusNotification(const char* json) noexcept {
+    if (const auto receiver = lockTarget()) {
+        receiver->EnrollmentStatusNotification(json);
+    }
+}
+
+void Receiver::EnrollmentAuthRequest(const char* json) noexcept {
+    if (const auto receiver = lockTarget()) {
+        receiver->EnrollmentAuthRequest(json);
+    }
+}
+
+void Receiver::UnenrollmentStatusNotification(const char* json) noexcept {
+    if (const auto receiver = lockTarget()) {
+        receiver->UnenrollmentStatusNotification(json);
+    }
+}
+
+void Receiver::DataplaneNotification(const char* json) noexcept {
+    if (const auto receiver = lockTarget()) {
+        receiver->DataplaneNotification(json);
+    }
+}
+
+void* Receiver::deletingDestructor(unsigned) noexcept { return this; }
+
+ReceiverBlock::ReceiverBlock(const Exports& library)
+    : held(library) {}
+
+void ReceiverBlock::destroy() noexcept { held.~Receiver(); }
+
+void ReceiverBlock::deleteThis() noexcept { delete this; }
+
+void* ReceiverBlock::deletingDestructor(unsigned) noexcept { return this; }
+
+void* ReceiverBlock::getDeleter(const void*) const noexcept { return nullptr; }
+
+} // namespace msvc
