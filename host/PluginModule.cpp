@@ -39,12 +39,15 @@ PluginModule::PluginModule(const std::filesystem::path& file)
     , createRecord(library.function<decltype(createRecord)>("CreateCbasedPlugin"))
     , disposeRecord(library.function<decltype(disposeRecord)>("DisposeCbasedPlugin")) {}
 
-IPresentationPluginV3* PluginModule::create(const char* name) const {
+void PluginModule::requireUsableClass() const {
     if (otherTableExport != nullptr && library.symbol(otherTableExport) != nullptr) {
-        throw HostError(
-            "the module's class has the table of another compiler, with two slots for its destructor: "
-            "use --interface c");
+        throw HostError("the module's class has the table of another compiler, with two slots for its "
+                        "destructor: use --interface c");
     }
+}
+
+IPresentationPluginV3* PluginModule::create(const char* name) const {
+    requireUsableClass();
     Plugin* plugin = createPlugin(name);
     if (plugin != nullptr && !plugin->SupportsInterface(presentationInterfaceName, usedVersion)) {
         disposePlugin(plugin);

@@ -20,11 +20,13 @@ public:
 
     PluginInterfaceList interfaces() const { return getInterfaces(); }
 
+    /// @throws HostError where the module's class has a table that hosts of this platform can't use
+    void requireUsableClass() const;
+
     /// `CreatePlugin`, as the interface that the host uses; the object goes to `dispose`.
     /// @param name NUL-terminated or null
     /// @return null where the module refused
-    /// @throws HostError where the object does not offer version 3 of the interface, or its table is another
-    ///     compiler's
+    /// @throws HostError where the class can't be used or the object does not offer version 3 of it
     IPresentationPluginV3* create(const char* name) const;
 
     /// `DisposePlugin`.

@@ -4,6 +4,7 @@
 #include "common2/util/Mutex.h"
 
 #include <cstdint>
+#include <string_view>
 
 class IPresentationCB;
 class ITranslator;
@@ -16,6 +17,11 @@ public:
         std::uintptr_t hostHandle = 0;             ///< passed back first on every callback
         IPresentationCB* presentationCB = nullptr; ///< not owned; null while nobody is registered
         ITranslator* translator = nullptr;         ///< not owned; never called
+
+        /// Calls back; only while somebody is registered. What the host answers is ignored.
+        /// @param function in whose name an exception of the host is logged, where it can be caught
+        void notify(const char* xml, std::string_view function) const;
+        void stopDone(std::string_view function) const;
     };
 
     void set(const Snapshot& registered);

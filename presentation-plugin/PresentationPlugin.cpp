@@ -6,7 +6,6 @@
 #include "presentation-plugin/ClassTable.h"
 #include "presentation-plugin/PresentationPluginImpl.h"
 #include "wren/Plugin.h"
-#include "wren/PresentationPluginCbased.h"
 
 #include <array>
 #include <exception>

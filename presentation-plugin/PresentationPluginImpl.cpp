@@ -2,7 +2,6 @@
 
 #include "common/PluginIdentity.h"
 #include "common/tessel/TesselClientRetriever.h"
-#include "common2/util/ForeignCall.h"
 #include "presentation-plugin/PresentationPluginImplRaise.h"
 #include "wren/Plugin.h"
 #include "xml/XmlUINotice.h"
@@ -31,14 +30,6 @@ void logLife(Common2LogSeverity severity, std::string_view happening, std::strin
              int line = __builtin_LINE()) {
     COMMON2_LOG_AT(severity, common2::sourceName(__FILE__), line, function)
         << happening << " WREN Presentation Plugin Version '" << pluginIdentity::version << '\'';
-}
-
-/// Calls back into the host, where anything may happen.
-template <class Call>
-void callHost(std::string_view function, Call call) {
-    if (!common2::foreignCall(call)) {
-        COMMON2_LOG(DBG_ERROR, function) << "The host's callback ended with an exception";
-    }
 }
 
 std::string describeClient() {
@@ -190,9 +181,7 @@ void PresentationPluginImpl::actionRegisterCallbacks(std::uintptr_t hostHandle,
 void PresentationPluginImpl::actionUnregisterCallbacks() { host.set({}); }
 
 void PresentationPluginImpl::actionNotifyUIStopDone() {
-    const HostCallbacks::Snapshot registered = host.get();
-    callHost("PresentationPluginImpl::actionNotifyUIStopDone",
-             [&] { registered.presentationCB->StopDone(registered.hostHandle); });
+    host.get().stopDone("PresentationPluginImpl::actionNotifyUIStopDone");
 }
 
 bool PresentationPluginImpl::notifyVTGUI(const char* xml) {
@@ -205,8 +194,7 @@ bool PresentationPluginImpl::notifyVTGUI(const char* xml) {
         COMMON2_LOG(DBG_ERROR, "PresentationPluginImpl::notifyVTGUI") << "Empty UI notice";
         return false;
     }
-    callHost("PresentationPluginImpl::notifyVTGUI",
-             [&] { registered.presentationCB->Notify(registered.hostHandle, xml); });
+    registered.notify(xml, "PresentationPluginImpl::notifyVTGUI");
     return true;
 }
 

@@ -31,7 +31,7 @@ add_executable(wren_backend_tests ${backend_sources})
 target_include_directories(wren_backend_tests PRIVATE ${CMAKE_SOURCE_DIR})
 target_compile_definitions(wren_backend_tests PRIVATE WREN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 target_link_libraries(wren_backend_tests PRIVATE
-    wren_flags wren_backend_c_tests wren_test_support kes_wren_api wren_sim wren_plugin wren_sdk wren_common Boost::json
+    wren_flags wren_backend_c_tests wren_test_support kes_wren_api wren_sim wren_plugin wren_service wren_sdk wren_common Boost::json
     GTest::gmock GTest::gtest_main)
 target_precompile_headers(wren_backend_tests REUSE_FROM wren_test_headers)
 wren_tests(wren_backend_tests)

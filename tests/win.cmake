@@ -24,6 +24,15 @@ add_subdirectory(windows/msvc)
 
 wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 
+# A module whose class has GCC's own table.
+add_library(wren_other_table MODULE windows/OtherTable.cpp)
+target_link_libraries(wren_other_table PRIVATE wren_flags)
+foreach(command info validate)
+    add_test(NAME ${command}.other-table COMMAND wren-host ${command} $<TARGET_FILE:wren_other_table>)
+    set_tests_properties(${command}.other-table PROPERTIES PASS_REGULAR_EXPRESSION
+        "wren-host: .*the module's class has the table of another compiler, with two slots for its destructor: use --interface c")
+endforeach()
+
 # The module against the rules between host and module.
 add_test(NAME validate COMMAND wren-host validate --seed 1)
 add_test(NAME validate.record COMMAND wren-host validate --seed 1 --interface c --include record.)

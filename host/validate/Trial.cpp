@@ -37,6 +37,9 @@ void Trial::load(const std::string& settings) {
     if (usedWay == PluginInterface::C && !loaded->hasCRecord()) {
         throw HostError("the module offers no record of C functions");
     }
+    if (usedWay == PluginInterface::Cpp) {
+        loaded->requireUsableClass();
+    }
     controls.emplace();
     controls->setQuiet(true);
     controls->observe(&Trial::onRequest, this);

@@ -16,8 +16,11 @@
 ///
 /// Calls arrive on host threads (from within the host's own calls into the plugin) and on threads of the
 /// backend library. From inside them the host must not call `Register`, `Start`, `Stop`, `Unregister` or
-/// `EventNotification` of the same plugin on the same thread: it hands such work to another thread. No
-/// exception may leave a callback: the notices that follow would be lost, or, on Windows, the process.
+/// `EventNotification` of the same plugin on the same thread: it hands such work to another thread.
+///
+/// No exception may leave a callback: the notices that follow would be lost. On Windows an exception of
+/// Microsoft's compiler ends at the plugin, which logs it and goes on; one of MinGW's compilers ends the
+/// process.
 class IPresentationCB {
 public:
     /// Shows one notice.

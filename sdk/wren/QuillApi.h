@@ -76,7 +76,8 @@ public:
 /// each are given in their order.
 class IQuillApi {
 public:
-    /// Starts delivering documents, possibly before this call returns.
+    /// Starts delivering documents, possibly before this call returns, but never on the thread that made it:
+    /// the plugin's lock is held, and the delivery would wait for it for ever.
     /// @param callbacks locked around each call, and not kept alive
     virtual QuillApiResult Start(std::weak_ptr<IQuillApiCallbacks> callbacks) = 0;
     /// Begins an enrollment: "version", "enrollment_choice_id", "enrollment_context"
