@@ -20,6 +20,9 @@ foreach(library kes_wren_presentation_plugin kes_wren_api)
     add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file $<TARGET_FILE:${library}> ${list})
 endforeach()
 
+add_test(NAME built_file.module_life
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-module-life $<TARGET_FILE:kes_wren_presentation_plugin>)
+
 wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 
 # The module against the rules between host and module.
