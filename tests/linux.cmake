@@ -157,17 +157,4 @@ if(NOT WREN_SANITIZE)
     add_test(NAME docs.host COMMAND wren_docs_host $<TARGET_FILE:kes_wren_presentation_plugin>)
 endif()
 
-# The module's lives in a process that keeps nothing of it, in a child of its own: what goes wrong at its end counts.
-add_executable(wren_load_loop module/load-loop/LoadLoop.cpp)
-target_link_libraries(wren_load_loop PRIVATE wren_flags wren_host_parts wren_test_support)
-set_target_properties(wren_load_loop PROPERTIES ENABLE_EXPORTS ON)
-add_dependencies(wren_load_loop kes_wren_presentation_plugin kes_wren_api)
-set(rounds 1000)
-if(WREN_SANITIZE)
-    set(rounds 100) # what a round leaves is found by the sanitizer at the end, without counting
-endif()
-add_test(NAME LoadLoop.LeavesNothingBehind COMMAND wren_load_loop ${rounds})
-# The heap is counted to the byte where the C library keeps nothing in store for each thread.
-set_tests_properties(LoadLoop.LeavesNothingBehind PROPERTIES ENVIRONMENT GLIBC_TUNABLES=glibc.malloc.tcache_count=0)
-
 endmacro()

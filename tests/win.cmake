@@ -21,6 +21,8 @@ foreach(library kes_wren_presentation_plugin kes_wren_api)
 endforeach()
 
 add_subdirectory(windows/msvc)
+add_test(NAME built_file.module_life
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-module-life $<TARGET_FILE:kes_wren_presentation_plugin>)
 
 wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 

@@ -21,6 +21,10 @@ private:
 /// Held by one writer or by many readers. Not recursive.
 class COMMON2_CAPABILITY("mutex") SharedMutex {
 public:
+    SharedMutex() = default;
+    SharedMutex(const SharedMutex&) = delete;
+    SharedMutex& operator=(const SharedMutex&) = delete;
+    ~SharedMutex();
     void lock() COMMON2_ACQUIRE() { mutex.lock(); }
     void unlock() COMMON2_RELEASE() { mutex.unlock(); }
     void lockShared() COMMON2_ACQUIRE_SHARED() { mutex.lock_shared(); }

@@ -81,26 +81,14 @@ bool findExports(HMODULE library, OwnExports& exports) {
            find(library, "GetQuillApiFactory", exports.getFactory);
 }
 
-/// While the process ends, other libraries have ended already.
-bool isProcessEnding() {
-    using Question = BOOLEAN(NTAPI*)();
-    const auto question = reinterpret_cast<Question>(reinterpret_cast<void*>(
-        ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "RtlDllShutdownInProgress")));
-    return question != nullptr && question();
-}
-
 } // namespace
 
 ServiceLibrary& ServiceLibrary::instance() {
-    const auto end = [](ServiceLibrary* library) {
-        if (!isProcessEnding()) {
-            delete library;
-        }
-    };
-    static const std::unique_ptr<ServiceLibrary, decltype(end)> library(new ServiceLibrary, end);
-    return *library;
+    static ServiceLibrary library;
+    return library;
 }
 
+// Runs when the module is unloaded, never at the process's end, when the library may have ended before.
 ServiceLibrary::~ServiceLibrary() {
     receivers.clear();
     factories.clear();

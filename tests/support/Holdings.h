@@ -10,8 +10,10 @@ std::size_t runningThreads();
 
 struct Holdings {
     std::size_t bytes;   ///< of the heap; 0 where a sanitizer has its own
-    std::size_t files;   ///< open descriptors
+    std::size_t files;   ///< open descriptors or handles
     std::size_t threads; ///< running
+    std::size_t regions; ///< of memory, mapped
+    std::size_t slots;   ///< of thread-local storage, taken at run time
 };
 Holdings holdings();
 

@@ -1,12 +1,15 @@
 #include "tests/support/Holdings.h"
 
 #include <algorithm>
+#include <climits>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
 #include <malloc.h>
+#include <pthread.h>
 #include <string>
+#include <vector>
 
 namespace test {
 
@@ -27,6 +30,24 @@ bool isRunning(const std::filesystem::path& task) {
     return file && (flags & exiting) == 0;
 }
 
+std::size_t mappedRegions() {
+    std::ifstream maps("/proc/self/maps");
+    return static_cast<std::size_t>(
+        std::count(std::istreambuf_iterator<char>(maps), std::istreambuf_iterator<char>(), '\n'));
+}
+
+/// By taking all that are left.
+std::size_t takenSlots() {
+    std::vector<pthread_key_t> keys;
+    for (pthread_key_t key = 0; ::pthread_key_create(&key, nullptr) == 0;) {
+        keys.push_back(key);
+    }
+    for (const pthread_key_t key : keys) {
+        ::pthread_key_delete(key);
+    }
+    return PTHREAD_KEYS_MAX - keys.size();
+}
+
 } // namespace
 
 std::size_t runningThreads() {
@@ -38,7 +59,7 @@ std::size_t runningThreads() {
 Holdings holdings() {
     const directory_iterator files("/proc/self/fd");
     const auto fileCount = static_cast<std::size_t>(std::distance(begin(files), end(files)));
-    return {::mallinfo2().uordblks, fileCount, runningThreads()};
+    return {::mallinfo2().uordblks, fileCount, runningThreads(), mappedRegions(), takenSlots()};
 }
 
 } // namespace test

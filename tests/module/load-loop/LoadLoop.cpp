@@ -13,18 +13,17 @@
 #include "host/LogTap.h"
 #include "host/PluginModule.h"
 #include "host/SharedLibrary.h"
+#include "tests/module/load-loop/LoopSystem.h"
 #include "tests/support/Holdings.h"
 
 #include <atomic>
 #include <barrier>
 #include <charconv>
 #include <cstring>
-#include <fstream>
 #include <functional>
 #include <iostream>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -55,23 +54,6 @@ public:
 
     std::atomic<unsigned long> notices = 0;
 };
-
-std::size_t countMappings(std::string_view name) {
-    std::ifstream maps("/proc/self/maps");
-    std::size_t count = 0;
-    for (std::string line; std::getline(maps, line);) {
-        count += line.find(name) != std::string::npos ? 1 : 0;
-    }
-    return count;
-}
-
-/// What a round may leave behind.
-struct Remains {
-    test::Holdings held;
-    std::size_t regions; ///< mapped
-};
-
-Remains remains() { return {test::holdings(), countMappings("")}; }
 
 /// Calls that reach into every corner that could leave something on a thread: parsing, logging, notices.
 void use(IPresentationPluginV3& plugin) {
@@ -176,45 +158,45 @@ std::string runRound(Workers& workers) {
         }
         backend.forgetReceivers();
     }
-    if (countMappings("kes_wren") != 0) {
+    if (test::moduleIsLoaded()) {
         return "the module is still there";
     }
     passing.reset();
     return counting.notices > 0 ? "" : "no notice came";
 }
 
-std::string compare(const Remains& before, const Remains& after, unsigned rounds) {
-    const auto& [old, oldRegions] = before;
-    const auto& [now, regions] = after;
-    const double growth = (static_cast<double>(now.bytes) - static_cast<double>(old.bytes)) / rounds;
-    std::cout << "heap " << old.bytes << " -> " << now.bytes << " bytes, " << growth << " a round; files "
-              << old.files << " -> " << now.files << "; threads " << old.threads << " -> " << now.threads
-              << "; mappings " << oldRegions << " -> " << regions << '\n';
-    if (now.files > old.files || now.threads > old.threads) {
-        return "files or threads are left behind";
+std::string compare(const test::Holdings& before, const test::Holdings& after, unsigned rounds) {
+    const double growth = (static_cast<double>(after.bytes) - static_cast<double>(before.bytes)) / rounds;
+    std::cout << "heap " << before.bytes << " -> " << after.bytes << " bytes, " << growth
+              << " a round; files " << before.files << " -> " << after.files << "; threads " << before.threads
+              << " -> " << after.threads << "; mappings " << before.regions << " -> " << after.regions
+              << "; slots " << before.slots << " -> " << after.slots << '\n';
+    if (after.files > before.files + test::allowedFiles || after.threads > before.threads ||
+        after.slots > before.slots) {
+        return "files, threads or slots of threads are left behind";
     }
-    if (old.bytes == 0) {
+    if (before.bytes == 0) {
         return ""; // a sanitizer's own heap, which maps as it likes and finds leaks by itself
     }
     if (growth > allowedGrowthOfARound) {
         return "the heap grows";
     }
-    return regions > oldRegions + allowedMappings ? "mappings are left behind" : "";
+    return after.regions > before.regions + allowedMappings ? "mappings are left behind" : "";
 }
 
 std::string loop(unsigned rounds) {
     const host::LogLevelFolder folder("DBG_TRACE");
     Workers workers;
-    std::optional<Remains> before;
+    std::optional<test::Holdings> before;
     for (unsigned round = 0; round < rounds; ++round) {
         if (round == warmUpRounds) {
-            before = remains();
+            before = test::holdings();
         }
         if (const std::string fault = runRound(workers); !fault.empty()) {
             return fault + " in round " + std::to_string(round);
         }
     }
-    return before ? compare(*before, remains(), rounds - warmUpRounds) : "";
+    return before ? compare(*before, test::holdings(), rounds - warmUpRounds) : "";
 }
 
 } // namespace
