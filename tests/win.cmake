@@ -28,7 +28,8 @@ wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 
 # A module whose class has GCC's own table.
 add_library(wren_other_table MODULE windows/OtherTable.cpp)
-target_link_libraries(wren_other_table PRIVATE wren_flags)
+target_compile_definitions(wren_other_table PRIVATE WREN_MODULE_BUILD)
+target_link_libraries(wren_other_table PRIVATE wren_flags wren_sdk)
 foreach(command info validate)
     add_test(NAME ${command}.other-table COMMAND wren-host ${command} $<TARGET_FILE:wren_other_table>)
     set_tests_properties(${command}.other-table PROPERTIES PASS_REGULAR_EXPRESSION

@@ -1,5 +1,7 @@
-// A module as GCC builds it by its own rules: its class has two slots for the destructor. A host must see that before it
-// calls a slot.
+// A module as GCC builds it by its own rules: its class has two slots for the destructor. A host must see
+// that before it calls a slot.
+#include "wren/PluginInterfaces.h"
+
 #include <cstdlib>
 
 class __declspec(dllexport) Plugin {
@@ -11,7 +13,7 @@ public:
 Plugin::~Plugin() = default;
 
 extern "C" {
-__declspec(dllexport) void* GetAvailableInterfaces() { return nullptr; }
+__declspec(dllexport) PluginInterfaceList GetAvailableInterfaces() { return {nullptr, 0}; }
 __declspec(dllexport) Plugin* CreatePlugin(const char*) { std::abort(); }
 __declspec(dllexport) bool DisposePlugin(Plugin*) { std::abort(); }
 }

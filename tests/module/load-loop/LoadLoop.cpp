@@ -12,7 +12,6 @@
 #include "host/LogLevel.h"
 #include "host/LogTap.h"
 #include "host/PluginModule.h"
-#include "host/SharedLibrary.h"
 #include "tests/module/load-loop/LoopSystem.h"
 #include "tests/support/Holdings.h"
 
