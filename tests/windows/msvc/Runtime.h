@@ -25,8 +25,7 @@ __declspec(dllimport) Handle __stdcall CreateThread(void* security, size_t stack
                                                     void* argument, unsigned long flags, unsigned long* id);
 __declspec(dllimport) unsigned long __stdcall WaitForSingleObject(Handle object, unsigned long milliseconds);
 __declspec(dllimport) int __stdcall CloseHandle(Handle object);
-__declspec(dllimport) Handle __stdcall GetCurrentProcess();
-__declspec(dllimport) int __stdcall GetProcessHandleCount(Handle process, unsigned long* count);
+__declspec(dllimport) int __stdcall GetHandleInformation(Handle object, unsigned long* flags);
 __declspec(dllimport) unsigned long __stdcall GetCurrentThreadId();
 __declspec(dllimport) void __stdcall RaiseException(unsigned long code, unsigned long flags,
                                                     unsigned long count, const unsigned long* arguments);
