@@ -52,7 +52,11 @@ endif()
 if(CMAKE_BUILD_TYPE STREQUAL Release)
     add_compile_options(-fstack-protector-strong)
     if(WIN32)
-        add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--nxcompat)
+        add_compile_options(-g1) # goes into a file of its own
+        add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--nxcompat
+            # Windows 7 is 6.1. The same sources give the same bytes, whatever the day.
+            LINKER:--major-os-version=6,--minor-os-version=1,--major-subsystem-version=6,--minor-subsystem-version=1
+            LINKER:--no-insert-timestamp,--gc-sections)
     else()
         add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fcf-protection=full)
         add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)

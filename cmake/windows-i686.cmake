@@ -23,6 +23,7 @@ set(Boost_USE_STATIC_RUNTIME ON)
 set(OPENSSL_USE_STATIC_LIBS ON)
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
+add_compile_options(-ffile-prefix-map=${WREN_WINDOWS_LIBRARIES}/=) # as for our own sources
 # Without the rest, the system's header takes in the old sockets, which the web library's do not go with.
 add_compile_definitions(_WIN32_WINNT=0x0601 UNICODE _UNICODE WIN32_LEAN_AND_MEAN)
 

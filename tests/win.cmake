@@ -13,12 +13,18 @@ foreach(program wren_unit_tests wren_shim_tests)
     target_compile_definitions(${program} PRIVATE WREN_MODULE_BUILD)
 endforeach()
 
-# What the built files hold: exports, imports, flags.
-foreach(library kes_wren_presentation_plugin kes_wren_api)
+# What the built files hold: exports, imports, flags, resources; and how large they may be.
+add_executable(wren_file_resources windows/FileResources.c)
+target_link_libraries(wren_file_resources PRIVATE wren_flags version)
+function(wren_built_file library bytes)
     get_target_property(folder ${library} SOURCE_DIR)
     file(GLOB list ${folder}/*.def)
-    add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file $<TARGET_FILE:${library}> ${list})
-endforeach()
+    add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file
+        $<TARGET_FILE:${library}> ${list} ${bytes})
+    add_test(NAME resources.${library} COMMAND wren_file_resources $<TARGET_FILE:${library}> ${PROJECT_VERSION} ${ARGN})
+endfunction()
+wren_built_file(kes_wren_presentation_plugin 3000000 "Wren Gate presentation plugin" 0x45010001)
+wren_built_file(kes_wren_api 2000000 "Stand-in for the Wren Gate backend service")
 
 wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 
