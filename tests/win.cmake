@@ -6,6 +6,15 @@ function(wren_tests program)
     add_test(NAME ${program} COMMAND ${program})
 endfunction()
 
+# wren_built_file(LIBRARY BYTES DESCRIPTION [EVENT]): holds the built file to what ships; it has BYTES at most.
+function(wren_built_file library bytes)
+    get_target_property(folder ${library} SOURCE_DIR)
+    file(GLOB list ${folder}/*.def)
+    add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file
+        $<TARGET_FILE:${library}> ${list} ${bytes})
+    add_test(NAME resources.${library} COMMAND wren_file_resources $<TARGET_FILE:${library}> ${PROJECT_VERSION} ${ARGN})
+endfunction()
+
 macro(wren_system_tests)
 
 # The parts of the module that these hold are not imported from it.
@@ -16,15 +25,13 @@ endforeach()
 # What the built files hold: exports, imports, flags, resources; and how large they may be.
 add_executable(wren_file_resources windows/FileResources.c)
 target_link_libraries(wren_file_resources PRIVATE wren_flags version)
-function(wren_built_file library bytes)
-    get_target_property(folder ${library} SOURCE_DIR)
-    file(GLOB list ${folder}/*.def)
-    add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file
-        $<TARGET_FILE:${library}> ${list} ${bytes})
-    add_test(NAME resources.${library} COMMAND wren_file_resources $<TARGET_FILE:${library}> ${PROJECT_VERSION} ${ARGN})
-endfunction()
-wren_built_file(kes_wren_presentation_plugin 3000000 "Wren Gate presentation plugin" 0x45010001)
-wren_built_file(kes_wren_api 2000000 "Stand-in for the Wren Gate backend service")
+wren_built_file(kes_wren_presentation_plugin 2850000 "Wren Gate presentation plugin" 0x45010001)
+wren_built_file(kes_wren_api 1650000 "Stand-in for the Wren Gate backend service")
+
+# What is packed for Windows.
+foreach(check zips installer)
+    add_test(NAME package.${check} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/package/check-${check} ${CMAKE_BINARY_DIR})
+endforeach()
 
 wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 

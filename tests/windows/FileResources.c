@@ -43,8 +43,8 @@ static void expectVersion(const char* file, const char* version, const char* des
     if (VerQueryValueA(resource, "\\", &fixed, &length)) {
         const VS_FIXEDFILEINFO* const info = fixed;
         char found[64];
-        snprintf(found, sizeof found, "%u.%u.%u.%u", HIWORD(info->dwFileVersionMS), LOWORD(info->dwFileVersionMS),
-                 HIWORD(info->dwFileVersionLS), LOWORD(info->dwFileVersionLS));
+        snprintf(found, sizeof found, "%u.%u.%u.%u", HIWORD(info->dwFileVersionMS),
+                 LOWORD(info->dwFileVersionMS), HIWORD(info->dwFileVersionLS), LOWORD(info->dwFileVersionLS));
         expect(strcmp(found, version) == 0, "version in numbers", found);
     }
     expect(length == sizeof(VS_FIXEDFILEINFO), "no version in numbers", file);
@@ -63,8 +63,8 @@ static void expectMessage(const char* file, DWORD event) {
     const wchar_t* const line = L"10:00:00 <DBG_ERROR> 100 % of a line";
     wchar_t text[100] = L"";
     DWORD_PTR arguments[] = {(DWORD_PTR)line};
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_ARGUMENT_ARRAY, library, event, 0,
-                                        text, 100, (va_list*)arguments);
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_ARGUMENT_ARRAY, library,
+                                        event, 0, text, 100, (va_list*)arguments);
     expect(length > 0, "no such message", file);
     const size_t size = wcslen(line);
     expect(wcsncmp(text, line, size) == 0, "the message is not the line", file);
