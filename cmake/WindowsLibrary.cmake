@@ -31,6 +31,8 @@ function(wren_windows_library library)
     set_source_files_properties(${folder}/${library}.res.obj PROPERTIES EXTERNAL_OBJECT ON GENERATED ON)
 
     if(CMAKE_BUILD_TYPE STREQUAL Release)
+        # Nothing refers to it in the code, so that the linker would leave it out.
+        target_link_options(${library} PRIVATE LINKER:--undefined=__load_config_used)
         find_package(Python3 REQUIRED COMPONENTS Interpreter)
         set(finish ${CMAKE_SOURCE_DIR}/scripts/windows/finish-library)
         add_custom_command(TARGET ${library} POST_BUILD

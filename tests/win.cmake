@@ -28,6 +28,14 @@ target_link_libraries(wren_file_resources PRIVATE wren_flags version)
 wren_built_file(kes_wren_presentation_plugin 2850000 "Wren Gate presentation plugin" 0x45010001)
 wren_built_file(kes_wren_api 1650000 "Stand-in for the Wren Gate backend service")
 
+# A library with exception handlers, finished like those that ship.
+add_library(wren_handlers SHARED windows/Handlers.c windows/handlers.def)
+set_target_properties(wren_handlers PROPERTIES PREFIX "")
+target_link_libraries(wren_handlers PRIVATE wren_flags)
+wren_windows_library(wren_handlers DESCRIPTION "Exception handlers")
+add_test(NAME built_file.wren_handlers COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file
+    $<TARGET_FILE:wren_handlers> ${CMAKE_CURRENT_SOURCE_DIR}/windows/handlers.def 100000)
+
 # What is packed for Windows.
 foreach(check zips installer)
     add_test(NAME package.${check} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/package/check-${check} ${CMAKE_BINARY_DIR})
