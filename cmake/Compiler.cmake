@@ -52,7 +52,10 @@ endif()
 if(CMAKE_BUILD_TYPE STREQUAL Release)
     add_compile_options(-fstack-protector-strong)
     if(WIN32)
-        add_compile_options(-g1) # goes into a file of its own
+        # The debug symbols go into a file of their own. They name sources alike whether ccache, which knows relative paths,
+        # has compiled them or not.
+        file(RELATIVE_PATH up ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})
+        add_compile_options(-g1 -ffile-prefix-map=${CMAKE_BINARY_DIR}/= -ffile-prefix-map=${up}/=)
         add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--nxcompat
             # Windows 7 is 6.1. The same sources give the same bytes, whatever the day.
             LINKER:--major-os-version=6,--minor-os-version=1,--major-subsystem-version=6,--minor-subsystem-version=1
