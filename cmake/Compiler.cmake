@@ -54,7 +54,14 @@ endif()
 if(CMAKE_BUILD_TYPE STREQUAL Release)
     add_compile_options(-fstack-protector-strong)
     if(WIN32)
-        add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--nxcompat)
+        # The debug symbols go into a file of their own. They name sources alike whether ccache, which knows relative paths,
+        # has compiled them or not.
+        cmake_path(RELATIVE_PATH CMAKE_SOURCE_DIR BASE_DIRECTORY ${CMAKE_BINARY_DIR} OUTPUT_VARIABLE up)
+        add_compile_options(-g1 -ffile-prefix-map=${CMAKE_BINARY_DIR}/= -ffile-prefix-map=${up}/=)
+        add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--nxcompat
+            # Windows 7 is 6.1. The same sources give the same bytes, whatever the day.
+            LINKER:--major-os-version=6,--minor-os-version=1,--major-subsystem-version=6,--minor-subsystem-version=1
+            LINKER:--no-insert-timestamp,--gc-sections)
     else()
         add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fcf-protection=full)
         add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)

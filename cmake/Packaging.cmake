@@ -4,6 +4,8 @@
 #   sdk      the public headers, and how CMake and pkg-config find them and the module
 #   tools    the reference host with its pages, and the stand-in service
 #
+# For Windows there is a fourth, of the module's debug symbols, and an installer of the module.
+#
 # The prefix may be moved: all find each other by their places to one another.
 
 set(WREN_PACKAGE wren-gate)
@@ -31,11 +33,16 @@ function(wren_documents component)
             --output \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${folder}/sbom.spdx.json\" COMMAND_ERROR_IS_FATAL ANY)"
             COMPONENT ${component})
     endif()
+    if(WIN32)
+        install(CODE "execute_process(COMMAND ${CMAKE_SOURCE_DIR}/scripts/windows/notices ${component} ${CMAKE_BINARY_DIR}
+            --output \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${folder}/third-party-notices.txt\"
+            COMMAND_ERROR_IS_FATAL ANY)" COMPONENT ${component})
+    endif()
 endfunction()
 
 # The bill of materials is read off Debian's package database and the build's record of included headers.
 find_program(WREN_DPKG_QUERY dpkg-query)
-if(WREN_DPKG_QUERY AND CMAKE_GENERATOR STREQUAL Ninja AND NOT WIN32)
+if(WREN_DPKG_QUERY AND CMAKE_GENERATOR STREQUAL Ninja)
     set(WREN_BILL_OF_MATERIALS ON)
 else()
     set(WREN_BILL_OF_MATERIALS OFF)
@@ -43,8 +50,7 @@ endif()
 
 install(TARGETS kes_wren_presentation_plugin
     LIBRARY DESTINATION ${WREN_MODULE_FOLDER} COMPONENT module
-    RUNTIME DESTINATION ${WREN_MODULE_FOLDER} COMPONENT module
-    ARCHIVE DESTINATION lib COMPONENT module EXCLUDE_FROM_ALL)
+    RUNTIME DESTINATION ${WREN_MODULE_FOLDER} COMPONENT module)
 wren_documents(module)
 
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/sdk/wren DESTINATION ${WREN_INCLUDE_FOLDER} COMPONENT sdk FILES_MATCHING PATTERN *.h)
@@ -66,13 +72,15 @@ install(FILES ${package_build_folder}/${WREN_CMAKE_PACKAGE}Config.cmake
 configure_file(${CMAKE_SOURCE_DIR}/packaging/wren-gate.pc.in ${package_build_folder}/pc.in @ONLY)
 file(GENERATE OUTPUT ${package_build_folder}/${WREN_PACKAGE}.pc INPUT ${package_build_folder}/pc.in)
 install(FILES ${package_build_folder}/${WREN_PACKAGE}.pc DESTINATION lib/pkgconfig COMPONENT sdk)
+if(WIN32)
+    include(WindowsSdk)
+endif()
 wren_documents(sdk)
 
 install(TARGETS wren-host RUNTIME DESTINATION bin COMPONENT tools)
 install(TARGETS kes_wren_api
     LIBRARY DESTINATION ${WREN_STAND_IN_FOLDER} COMPONENT tools
-    RUNTIME DESTINATION ${WREN_STAND_IN_FOLDER} COMPONENT tools
-    ARCHIVE DESTINATION lib COMPONENT tools EXCLUDE_FROM_ALL)
+    RUNTIME DESTINATION ${WREN_STAND_IN_FOLDER} COMPONENT tools)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/host/app ${CMAKE_SOURCE_DIR}/host/pages ${CMAKE_SOURCE_DIR}/backend-sim/scenarios
     DESTINATION share/wren-host COMPONENT tools)
 install(FILES ${CMAKE_SOURCE_DIR}/backend-sim/scenario.schema.json DESTINATION share/wren-host COMPONENT tools)
@@ -80,16 +88,19 @@ wren_documents(tools)
 
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_SOURCE_DIR}/packaging/CPack.cmake)
 set(CPACK_PACKAGE_NAME ${WREN_PACKAGE})
-set(CPACK_PACKAGE_VENDOR "The Wren Gate presentation plugin project")
+set(CPACK_PACKAGE_VENDOR "${WREN_VENDOR}")
 set(CPACK_PACKAGE_CONTACT "${CPACK_PACKAGE_VENDOR} <maintainers@wren-gate.invalid>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_STRIP_FILES ON)
 set(CPACK_WREN_LIBRARY_FOLDER ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_COMPONENTS_ALL module sdk tools)
 if(WIN32)
     set(CPACK_GENERATOR ZIP)
+    list(APPEND CPACK_COMPONENTS_ALL symbols)
+    install(FILES $<TARGET_FILE:kes_wren_presentation_plugin>.debug DESTINATION bin COMPONENT symbols OPTIONAL)
+    target_link_options(wren-host PRIVATE $<$<CONFIG:Release>:-s>)
 else()
+    set(CPACK_STRIP_FILES ON) # on Windows, finished files are installed
     set(CPACK_GENERATOR DEB)
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 endif()

@@ -6,6 +6,15 @@ function(wren_tests program)
     add_test(NAME ${program} COMMAND ${program})
 endfunction()
 
+# wren_built_file(LIBRARY BYTES DESCRIPTION [EVENT]): holds the built file to what ships; it has BYTES at most.
+function(wren_built_file library bytes)
+    get_target_property(folder ${library} SOURCE_DIR)
+    file(GLOB list ${folder}/*.def)
+    add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file
+        $<TARGET_FILE:${library}> ${list} ${bytes})
+    add_test(NAME resources.${library} COMMAND wren_file_resources $<TARGET_FILE:${library}> ${PROJECT_VERSION} ${ARGN})
+endfunction()
+
 macro(wren_system_tests)
 
 # The parts of the module that these hold are not imported from it.
@@ -13,11 +22,24 @@ foreach(program wren_unit_tests wren_shim_tests)
     target_compile_definitions(${program} PRIVATE WREN_MODULE_BUILD)
 endforeach()
 
-# What the built files hold: exports, imports, flags.
-foreach(library kes_wren_presentation_plugin kes_wren_api)
-    get_target_property(folder ${library} SOURCE_DIR)
-    file(GLOB list ${folder}/*.def)
-    add_test(NAME built_file.${library} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file $<TARGET_FILE:${library}> ${list})
+# What the built files hold: exports, imports, flags, resources; and how large they may be.
+add_executable(wren_file_resources windows/FileResources.c)
+target_link_libraries(wren_file_resources PRIVATE wren_flags version)
+wren_built_file(kes_wren_presentation_plugin 2980000 "Wren Gate presentation plugin" 0x45010001)
+wren_built_file(kes_wren_api 1700000 "Stand-in for the Wren Gate backend service")
+
+# A library with exception handlers, finished like those that ship.
+add_library(wren_handlers SHARED windows/Handlers.c windows/handlers.def)
+set_target_properties(wren_handlers PROPERTIES PREFIX "")
+target_link_libraries(wren_handlers PRIVATE wren_flags)
+target_compile_options(wren_handlers PRIVATE -g1)
+wren_windows_library(wren_handlers DESCRIPTION "Exception handlers")
+add_test(NAME built_file.wren_handlers COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-built-file
+    $<TARGET_FILE:wren_handlers> ${CMAKE_CURRENT_SOURCE_DIR}/windows/handlers.def 100000)
+
+# What is packed for Windows.
+foreach(check zips installer)
+    add_test(NAME package.${check} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/package/check-${check} ${CMAKE_BINARY_DIR})
 endforeach()
 
 add_subdirectory(windows/msvc)
