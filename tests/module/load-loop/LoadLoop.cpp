@@ -16,11 +16,12 @@
 #include "tests/support/Holdings.h"
 
 #include <atomic>
-#include <barrier>
 #include <charconv>
+#include <condition_variable>
 #include <cstring>
 #include <functional>
 #include <iostream>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
@@ -64,6 +65,34 @@ void use(IPresentationPluginV3& plugin) {
     plugin.EventNotification("<vtguiEvent id=\"quill_tile_cancel_action_btn_OnPress\"/>");
 }
 
+/// Where threads wait for each other, again and again. The standard library's barrier loses a wake-up now and
+/// then where the system has no wait for a value, as on Windows.
+class Meeting {
+public:
+    explicit Meeting(unsigned ofThreads)
+        : count(ofThreads) {}
+
+    /// Returns when all have come.
+    void arriveAndWait() {
+        std::unique_lock lock(mutex);
+        const unsigned meeting = meetings;
+        if (++arrived < count) {
+            complete.wait(lock, [&] { return meetings != meeting; });
+            return;
+        }
+        arrived = 0;
+        ++meetings;
+        complete.notify_all();
+    }
+
+private:
+    const unsigned count;
+    unsigned arrived = 0;
+    unsigned meetings = 0;
+    std::mutex mutex;
+    std::condition_variable complete;
+};
+
 /// Threads that work on a plugin whenever there is one, and live as long as this object.
 class Workers {
 public:
@@ -82,25 +111,25 @@ public:
     /// Every thread uses the plugin once; returns when all have.
     void work(IPresentationPluginV3* on) {
         plugin = on;
-        gate.arrive_and_wait();
+        gate.arriveAndWait();
         if (on != nullptr) {
-            gate.arrive_and_wait();
+            gate.arriveAndWait();
         }
     }
 
 private:
     void run() {
         for (;;) {
-            gate.arrive_and_wait();
+            gate.arriveAndWait();
             if (plugin == nullptr) {
                 return;
             }
             use(*plugin);
-            gate.arrive_and_wait();
+            gate.arriveAndWait();
         }
     }
 
-    std::barrier<> gate{workerCount + 1};
+    Meeting gate{workerCount + 1};
     IPresentationPluginV3* plugin = nullptr; ///< changes only while all threads wait
     std::vector<std::thread> threads;
 };
@@ -112,23 +141,22 @@ public:
         for (unsigned i = 0; i < passingThreadCount; ++i) {
             threads.emplace_back([this, &plugin] {
                 use(plugin);
-                used.arrive_and_wait();
-                mayEnd.wait(false);
+                used.arriveAndWait();
+                end.arriveAndWait();
             });
         }
-        used.arrive_and_wait();
+        used.arriveAndWait();
     }
     ~PassingThreads() {
-        mayEnd = true;
-        mayEnd.notify_all();
+        end.arriveAndWait();
         for (std::thread& thread : threads) {
             thread.join();
         }
     }
 
 private:
-    std::barrier<> used{passingThreadCount + 1};
-    std::atomic<bool> mayEnd = false;
+    Meeting used{passingThreadCount + 1};
+    Meeting end{passingThreadCount + 1};
     std::vector<std::thread> threads;
 };
 
