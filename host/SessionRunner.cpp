@@ -66,6 +66,7 @@ SessionRunner::~SessionRunner() {
     backend.observe(nullptr, nullptr);
     // What the stand-in remembers for late documents lies in the module, which may be unloaded after this.
     backend.forgetReceivers();
+    backend.reset(); // the library may stay, for the next session
 }
 
 void SessionRunner::run(const Session& session) {

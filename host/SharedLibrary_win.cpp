@@ -15,7 +15,7 @@ SharedLibrary SharedLibrary::load(const std::filesystem::path& file) {
     const std::filesystem::path absolute = std::filesystem::absolute(file, error);
     const HMODULE handle = ::LoadLibraryExW(absolute.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (handle == nullptr) {
-        throw HostError("cannot load the module: " + file.string() + ": error " +
+        throw HostError("cannot load the module: " + absolute.string() + ": error " +
                         std::to_string(::GetLastError()));
     }
     return SharedLibrary(handle);

@@ -1,5 +1,7 @@
 #include "host/StandardStreams.h"
 
+#include <windows.h>
+
 #include <cstdio>
 #include <fcntl.h>
 #include <io.h>
@@ -12,6 +14,9 @@ void makeStandardStreamsBinary() {
     ::_setmode(::_fileno(stderr), _O_BINARY);
 }
 
-bool standardInputIsTerminal() { return ::_isatty(::_fileno(stdin)) != 0; }
+bool standardInputIsTerminal() {
+    DWORD mode = 0; // a console has one; to the C library every device is a terminal, NUL too
+    return ::GetConsoleMode(::GetStdHandle(STD_INPUT_HANDLE), &mode) != 0;
+}
 
 } // namespace host

@@ -1,9 +1,36 @@
 # What is tested of the Windows build alone. Its programs run under Wine.
 
-# wren_tests(PROGRAM): the program's tests are one of the suite's, as starting each by itself would take longer than the
-# test.
+# Tests that need a process in which no other has run, by their programs: the stand-in stays once it is loaded.
+set(alone_in_wren_host_tests BackendControls.NeedALoadedLibrary)
+
+# Tests that another of the suite repeats: "validate" does the same.
+set(repeated_of_wren_host_tests Validate.TheModulePassesThroughTheClass)
+
+# Programs that run in two, one beside the other, as they take longest.
+set(halved wren_host_tests wren_boundary_tests)
+
+# wren_tests(PROGRAM [FILTER]): the program's tests are one of the suite's, as starting each by itself would take longer
+# than the test. The filter is for sanitizers.
 function(wren_tests program)
-    add_test(NAME ${program} COMMAND ${program})
+    set(alone ${alone_in_${program}})
+    set(repeated ${repeated_of_${program}})
+    string(REPLACE ";" ":" filter "${repeated}")
+    foreach(test IN LISTS alone)
+        add_test(NAME ${test} COMMAND ${program} --gtest_brief=1 --gtest_filter=${test})
+        string(APPEND filter :${test})
+    endforeach()
+    if(filter)
+        set(filter --gtest_filter=-${filter})
+    endif()
+    if(NOT program IN_LIST halved)
+        add_test(NAME ${program} COMMAND ${program} --gtest_brief=1 ${filter})
+        return()
+    endif()
+    foreach(part 0 1)
+        add_test(NAME ${program}.${part} COMMAND ${program} --gtest_brief=1 ${filter})
+        set_tests_properties(${program}.${part} PROPERTIES COST 50
+            ENVIRONMENT "GTEST_TOTAL_SHARDS=2;GTEST_SHARD_INDEX=${part}")
+    endforeach()
 endfunction()
 
 # wren_built_file(LIBRARY BYTES DESCRIPTION [EVENT]): holds the built file to what ships; it has BYTES at most.
@@ -42,9 +69,14 @@ foreach(check zips installer)
     add_test(NAME package.${check} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/package/check-${check} ${CMAKE_BINARY_DIR})
 endforeach()
 
-add_subdirectory(windows/msvc)
 add_test(NAME built_file.module_life
     COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-module-life $<TARGET_FILE:kes_wren_presentation_plugin>)
+
+# How the tests run here, and how they are packed for another machine.
+add_test(NAME run_under_wine COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-run-under-wine $<TARGET_FILE:wren-host>)
+add_test(NAME real_windows_report COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/check-real-windows-report)
+
+add_subdirectory(windows/msvc)
 
 wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
 

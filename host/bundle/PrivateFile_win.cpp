@@ -7,6 +7,7 @@
 #include <sddl.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 namespace host::bundle {
@@ -19,17 +20,36 @@ HostError cannotWrite(const std::filesystem::path& file) {
                : HostError("cannot write " + file.string() + ": error " + std::to_string(error));
 }
 
-/// All rights for the owner, none for anybody else, nothing inherited.
-class OwnerOnly {
+/// Who runs this program, as a text of the form "S-1-5-..."; the owner's rights where that cannot be told.
+std::wstring currentUser() {
+    std::wstring text = L"OW";
+    std::array<unsigned char, sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE> user{};
+    HANDLE token = nullptr;
+    DWORD size = 0;
+    LPWSTR name = nullptr;
+    if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &token)) {
+        if (::GetTokenInformation(token, TokenUser, user.data(), static_cast<DWORD>(user.size()), &size) &&
+            ::ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(user.data())->User.Sid, &name)) {
+            text = name;
+            ::LocalFree(name);
+        }
+        ::CloseHandle(token);
+    }
+    return text;
+}
+
+/// All rights for the user, none for anybody else, nothing inherited.
+class UserOnly {
 public:
-    OwnerOnly() {
-        ::ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:P(A;;FA;;;OW)", SDDL_REVISION_1,
-                                                               &descriptor, nullptr);
+    UserOnly() {
+        const std::wstring list = L"D:P(A;;FA;;;" + currentUser() + L")";
+        ::ConvertStringSecurityDescriptorToSecurityDescriptorW(list.c_str(), SDDL_REVISION_1, &descriptor,
+                                                               nullptr);
         attributes.lpSecurityDescriptor = descriptor;
     }
-    OwnerOnly(const OwnerOnly&) = delete;
-    OwnerOnly& operator=(const OwnerOnly&) = delete;
-    ~OwnerOnly() { ::LocalFree(descriptor); }
+    UserOnly(const UserOnly&) = delete;
+    UserOnly& operator=(const UserOnly&) = delete;
+    ~UserOnly() { ::LocalFree(descriptor); }
 
     SECURITY_ATTRIBUTES* get() { return descriptor != nullptr ? &attributes : nullptr; }
 
@@ -44,9 +64,9 @@ public:
     explicit Draft(const std::filesystem::path& file)
         : target(file)
         , name(target.wstring() + L"." + std::to_wstring(::GetCurrentProcessId())) {
-        OwnerOnly owner;
-        if (owner.get() != nullptr) {
-            handle = ::CreateFileW(name.c_str(), GENERIC_WRITE, 0, owner.get(), CREATE_NEW,
+        UserOnly user;
+        if (user.get() != nullptr) {
+            handle = ::CreateFileW(name.c_str(), GENERIC_WRITE, 0, user.get(), CREATE_NEW,
                                    FILE_ATTRIBUTE_NORMAL, nullptr);
         }
         if (handle == INVALID_HANDLE_VALUE) {

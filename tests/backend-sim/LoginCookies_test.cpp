@@ -1,4 +1,5 @@
 #include "backend-sim/LoginCookies.h"
+#include "tests/support/MatchesPattern.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,7 +24,7 @@ TEST_F(LoginCookies, EachLoginHasARandomCookieOfItsOwn) {
     cookies.open(enrollment, "a", "");
     cookies.open(enrollment, "b", "");
     cookies.open(dataplane, "a", "");
-    EXPECT_THAT(cookieOf(enrollment, "a"), ::testing::MatchesRegex("[0-9a-f]+"));
+    EXPECT_THAT(cookieOf(enrollment, "a"), test::MatchesPattern("[0-9a-f]+"));
     EXPECT_EQ(cookieOf(enrollment, "a").size(), 32u);
     EXPECT_NE(cookieOf(enrollment, "a"), cookieOf(enrollment, "b"));
     EXPECT_NE(cookieOf(enrollment, "a"), cookieOf(dataplane, "a"));

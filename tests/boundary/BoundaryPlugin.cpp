@@ -18,7 +18,7 @@ public:
     }
 
     bool make() {
-        plugin = dynamic_cast<IPresentationPluginV3*>(CreatePlugin(presentationInterfaceName));
+        plugin = static_cast<IPresentationPluginV3*>(CreatePlugin(presentationInterfaceName));
         return plugin != nullptr;
     }
 

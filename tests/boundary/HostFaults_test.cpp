@@ -1,11 +1,11 @@
 #include "tests/boundary/Scene.h"
+#include "tests/support/Latch.h"
 #include "tests/support/QuietLog.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <future>
-#include <latch>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -40,7 +40,7 @@ void useWhatNeedsNoLock(IPresentationPluginV3& plugin) {
 }
 
 IPresentationPluginV3& made(std::unique_ptr<Plugin, bool (*)(Plugin*)>& plugin) {
-    return dynamic_cast<IPresentationPluginV3&>(*plugin);
+    return static_cast<IPresentationPluginV3&>(*plugin);
 }
 
 std::unique_ptr<Plugin, bool (*)(Plugin*)> makeCpp() {
@@ -59,8 +59,8 @@ TEST_F(HostFaults, TextGettersWithoutASizeAreRefused) {
 
 TEST_F(HostFaults, WhileTheHostBlocksInANoticeWhatNeedsNoLockGoesOn) {
     Scene scene;
-    std::latch isInside(1);
-    std::latch mayLeave(1);
+    test::Latch isInside(1);
+    test::Latch mayLeave(1);
     std::atomic<bool> isFirst = true;
     ASSERT_EQ(scene.step("start"), 0);
     scene.play({"notEnrolled", "enroll", "failed"}); // the error popup is open
@@ -85,8 +85,8 @@ TEST_F(HostFaults, WhileTheHostBlocksInANoticeWhatNeedsNoLockGoesOn) {
 
 TEST_F(HostFaults, AStopWaitsForTheNoticeThatTheHostBlocks) {
     Scene scene;
-    std::latch isInside(1);
-    std::latch mayLeave(1);
+    test::Latch isInside(1);
+    test::Latch mayLeave(1);
     std::atomic<bool> isFirst = true;
     std::atomic<bool> hasLeft = false;
     ASSERT_EQ(scene.step("start"), 0);

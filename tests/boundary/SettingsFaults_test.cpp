@@ -1,33 +1,33 @@
-#include "common/logging/QuillLogging.h"
+#include "tests/boundary/SettingsFaults.h"
+
 #include "common2/filesystem/File2.h"
-#include "tests/boundary/Scene.h"
+#include "host/system/DataFolder.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/MachineSettings.h"
 #include "tests/support/QuietLog.h"
-#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 // What stands on disk and in the registry is somebody else's: whatever it is, the plugin is made and works.
 
 namespace {
 
-class SettingsFaults : public testing::Test {
-protected:
-    void expectAWorkingPlugin(const std::string& what) {
-        test::Scene scene;
-        ASSERT_NE(scene.plugin, nullptr) << what;
-        EXPECT_EQ(scene.step("start"), 0) << what;
-        EXPECT_TRUE(scene.enrols()) << what;
-    }
+using test::configPath;
 
-    test::TemporaryFolder data;
-    test::ScopedEnvironment variable{"WREN_PROGRAM_DATA", data.path().c_str()};
+class SettingsFaults : public test::SettingsFaults {
+protected:
+    const test::TemporaryFolder data;
+
+private:
+    const host::DataFolder folder{data.path()};
 };
+
+class RegistryFaults : public test::SettingsFaults {};
 
 std::string repeated(std::string_view piece, std::size_t times) {
     std::string text;
@@ -36,8 +36,6 @@ std::string repeated(std::string_view piece, std::size_t times) {
     }
     return text;
 }
-
-constexpr const char* configPath = "Norvane/Norvane Kestrel Suite/WREN/logconfig.json";
 
 TEST_F(SettingsFaults, AnyLogConfigurationLeavesAWorkingPlugin) {
     std::string manyChannels = R"({"global":"DBG_ERROR","channels":{)";
@@ -70,40 +68,8 @@ TEST_F(SettingsFaults, AnyLogConfigurationLeavesAWorkingPlugin) {
         longChannel};
     for (const std::string& content : contents) {
         data.write(configPath, content);
-        {
-            const QuillBaseLogging logging("some_source");
-            expectAWorkingPlugin(content.substr(0, 60));
-        }
+        expectAWorkingModule(content.substr(0, 60));
     }
-}
-
-TEST_F(SettingsFaults, ALogConfigurationThatCannotBeReadLeavesAWorkingPlugin) {
-    const test::LogCapture log;
-    std::filesystem::create_directories(data.path() / configPath); // a folder in its place
-    {
-        const QuillBaseLogging logging("some_source");
-        expectAWorkingPlugin("folder");
-    }
-    std::filesystem::remove(data.path() / configPath);
-    std::filesystem::create_symlink(configPath, data.path() / configPath); // leads nowhere
-    {
-        const QuillBaseLogging logging("some_source");
-        expectAWorkingPlugin("link");
-    }
-    std::filesystem::remove(data.path() / configPath);
-    std::filesystem::create_symlink("/dev/zero", data.path() / configPath); // never ends
-    {
-        const QuillBaseLogging logging("some_source");
-        expectAWorkingPlugin("device");
-    }
-    const auto failures = [&] {
-        std::size_t count = 0;
-        for (const std::string& message : log.messages(DBG_ERROR)) {
-            count += message.starts_with("File2::ReadSync error: ") ? 1u : 0u;
-        }
-        return count;
-    }();
-    EXPECT_EQ(failures, 3u);
 }
 
 TEST_F(SettingsFaults, ALogConfigurationWithoutEndIsNotRead) {
@@ -115,39 +81,39 @@ TEST_F(SettingsFaults, ALogConfigurationWithoutEndIsNotRead) {
     expectAWorkingPlugin("huge");
 }
 
-/// The values that are read, by the files that stand for them.
-const std::vector<std::string> values{
-    "Norvane/Norvane Kestrel Suite/DeviceDetails/Nonce",
-    "Norvane/Norvane Kestrel Suite/DeviceDetails/Sid",
-    "Norvane/Norvane Kestrel Suite/DeviceDetails/DigitalProductId",
-    "Norvane/Norvane Kestrel Suite/DeviceDetails/DigitalProductId4",
-    "Norvane/Norvane Kestrel Suite/Sandpiper Endpoint Agent/MachineId",
-    "Sandpiper/Endpoint Agent/MachineId",
+TEST_F(SettingsFaults, AFolderInPlaceOfTheLogConfigurationLeavesAWorkingPlugin) {
+    std::filesystem::create_directories(data.path() / configPath);
+    const test::LogCapture log;
+    expectAWorkingModule("folder");
+    const std::vector<std::string> errors = log.messages(DBG_ERROR);
+    EXPECT_EQ(std::ranges::count_if(
+                  errors, [](const auto& message) { return message.starts_with("File2::ReadSync error: "); }),
+              1);
+}
+
+/// The values that are read.
+const std::vector<std::pair<std::string, std::string>> values{
+    {"Norvane/Norvane Kestrel Suite/DeviceDetails", "Nonce"},
+    {"Norvane/Norvane Kestrel Suite/DeviceDetails", "Sid"},
+    {"Norvane/Norvane Kestrel Suite/DeviceDetails", "DigitalProductId"},
+    {"Norvane/Norvane Kestrel Suite/DeviceDetails", "DigitalProductId4"},
+    {"Norvane/Norvane Kestrel Suite/Sandpiper Endpoint Agent", "MachineId"},
+    {"Sandpiper/Endpoint Agent", "MachineId"},
 };
 
-TEST_F(SettingsFaults, AnyRegistryValueLeavesAWorkingPlugin) {
+TEST_F(RegistryFaults, AnyValueLeavesAWorkingPlugin) {
     const test::QuietLog quiet;
-    for (const std::string& value : values) {
+    const test::MachineSettings settings;
+    for (const auto& [key, value] : values) {
         for (const std::string& content :
              {std::string(), std::string(1, '\0'), std::string(64 * 1024, 'x'),
               std::string(64 * 1024 + 1, 'x'), std::string("\xFF\xFE\x00\xD8", 4), std::string("\r\n"),
               repeated("{\"a\":", 10'000)}) {
-            data.write(value, content);
+            settings.setBytes(key, value, content);
+            expectAWorkingPlugin(value);
+            settings.setText(key, value, content);
             expectAWorkingPlugin(value);
         }
-        std::filesystem::remove(data.path() / value);
-        std::filesystem::create_directories(data.path() / value); // of another type
-        expectAWorkingPlugin(value);
-        std::filesystem::remove(data.path() / value);
-    }
-}
-
-TEST_F(SettingsFaults, WithoutAProgramDataFolderThePluginWorks) {
-    const test::QuietLog quiet;
-    for (const char* path : {"", "/nonexistent", "/dev/null", "relative/../path"}) {
-        const test::ScopedEnvironment other("WREN_PROGRAM_DATA", path);
-        const QuillBaseLogging logging("some_source");
-        expectAWorkingPlugin(path);
     }
 }
 

@@ -2,10 +2,11 @@
 
 #include "host/Files.h"
 #include "host/HostError.h"
+#include "tests/host/Paths.h"
+#include "tests/support/ScopedEnvironment.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace {
@@ -19,7 +20,6 @@ TEST(LogLevelFolder, HoldsTheConfigurationAndGoesWithIt) {
         folder = level.path();
         EXPECT_EQ(host::readFile(folder / "Norvane" / "Norvane Kestrel Suite" / "WREN" / "logconfig.json"),
                   "{\"global\":\"DBG_WARN\"}\n");
-        EXPECT_EQ(fs::status(folder).permissions(), fs::perms::owner_all) << "private";
     }
     EXPECT_FALSE(fs::exists(folder));
 }
@@ -31,9 +31,8 @@ TEST(LogLevelFolder, EachIsItsOwn) {
 }
 
 TEST(LogLevelFolder, WithoutATemporaryFolderThereIsOneClearError) {
-    ::setenv("TMPDIR", "/nonexistent", 1);
+    const test::ScopedEnvironment variable(test::temporaryFolderVariable, "/nonexistent");
     EXPECT_THROW(host::LogLevelFolder("DBG_TRACE"), host::HostError);
-    ::unsetenv("TMPDIR");
 }
 
 } // namespace

@@ -1,15 +1,14 @@
 // The program as a user runs it, against the module that echoes.
 #include "host/Files.h"
 #include "tests/host/Paths.h"
+#include "tests/host/Process.h"
+#include "tests/support/MatchesPattern.h"
+#include "tests/support/ScopedEnvironment.h"
+#include "tests/support/TemporaryFolder.h"
 
+#include <boost/json/serialize.hpp>
 #include <gmock/gmock.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
-#include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -17,79 +16,18 @@
 
 namespace {
 
+using test::MatchesPattern;
 using ::testing::HasSubstr;
-using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 namespace fs = std::filesystem;
 
-struct ProgramRun {
-    int exitCode = -1;
-    std::string out;
-    std::string error;
-};
+using ProgramRun = test::ProcessEnd;
 
 /// A run of the program with its outputs caught.
-class Program {
+class Program : public test::Process {
 public:
-    explicit Program(std::vector<std::string> arguments) {
-        if (::pipe(out.data()) != 0 || ::pipe(error.data()) != 0) {
-            return;
-        }
-        child = ::fork();
-        if (child == 0) {
-            ::dup2(out[1], STDOUT_FILENO);
-            ::dup2(error[1], STDERR_FILENO);
-            for (const int end : {out[0], out[1], error[0], error[1]}) {
-                ::close(end);
-            }
-            std::vector<char*> words{const_cast<char*>(test::hostProgram)};
-            for (std::string& argument : arguments) {
-                words.push_back(argument.data());
-            }
-            words.push_back(nullptr);
-            ::execv(test::hostProgram, words.data());
-            ::_exit(127);
-        }
-        ::close(out[1]);
-        ::close(error[1]);
-    }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-    ~Program() {
-        ::close(out[0]);
-        ::close(error[0]);
-    }
-
-    /// Waits until the output holds `text`.
-    void waitForOutput(const std::string& text) {
-        while (caught.find(text) == std::string::npos && readSome(out[0], caught)) {
-        }
-    }
-    void signal(int number) const { ::kill(child, number); }
-
-    ProgramRun finish() {
-        std::string errors;
-        while (readSome(out[0], caught)) {
-        }
-        while (readSome(error[0], errors)) {
-        }
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, caught, errors};
-    }
-
-private:
-    static bool readSome(int end, std::string& text) {
-        char part[4096];
-        const ssize_t count = ::read(end, part, sizeof part);
-        text.append(part, count > 0 ? static_cast<std::size_t>(count) : 0);
-        return count > 0;
-    }
-
-    std::array<int, 2> out{};
-    std::array<int, 2> error{};
-    pid_t child = -1;
-    std::string caught;
+    explicit Program(const std::vector<std::string>& arguments)
+        : Process({.program = test::hostProgram, .arguments = arguments}) {}
 };
 
 ProgramRun run(const std::vector<std::string>& arguments) { return Program(arguments).finish(); }
@@ -97,14 +35,7 @@ ProgramRun run(const std::vector<std::string>& arguments) { return Program(argum
 /// A folder of its own for the files of a test, and for the temporary files of the program.
 class ProgramTest : public ::testing::Test {
 protected:
-    ProgramTest() {
-        fs::create_directories(folder);
-        ::setenv("TMPDIR", folder.c_str(), 1);
-    }
-    ~ProgramTest() override {
-        ::unsetenv("TMPDIR");
-        fs::remove_all(folder);
-    }
+    ProgramTest() { fs::create_directories(folder); }
 
     std::string session(const std::string& content) {
         const fs::path file = folder / "a session.jsonl";
@@ -123,7 +54,14 @@ protected:
         return false;
     }
 
-    const fs::path folder = ::testing::TempDir() + "wren host tests " + std::to_string(::getpid());
+private:
+    const test::TemporaryFolder parent;
+
+protected:
+    const fs::path folder = parent.path() / "wren host tests";
+
+private:
+    const test::ScopedEnvironment temporary{test::temporaryFolderVariable, folder.string().c_str()};
 };
 
 TEST_F(ProgramTest, ScriptPrintsTheSession) {
@@ -173,7 +111,7 @@ TEST_F(ProgramTest, ScriptThatFailsOnItsWayHasPrintedWhatItDid) {
     const ProgramRun outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"start\"}\n");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_THAT(outcome.error,
-                MatchesRegex("wren-host: .*a session.jsonl:2: object \"p\" was never created\n"));
+                MatchesPattern("wren-host: .*a session.jsonl:2: object \"p\" was never created\n"));
     EXPECT_THAT(outcome.out, StartsWith("{\"do\":\"interfaces\"}\n{\"n\":1,\"out\":\"interfaces\""));
     EXPECT_FALSE(leftTemporaryFiles());
 }
@@ -182,7 +120,8 @@ TEST_F(ProgramTest, ScriptWithAFaultRunsNothing) {
     const ProgramRun outcome = runSession("{\"do\":\"interfaces\"}\n{\"do\":\"nothing\"}\n");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_THAT(outcome.error, MatchesRegex("wren-host: .*a session.jsonl:2: unknown \"do\": \"nothing\"\n"));
+    EXPECT_THAT(outcome.error,
+                MatchesPattern("wren-host: .*a session.jsonl:2: unknown \"do\": \"nothing\"\n"));
 }
 
 TEST_F(ProgramTest, ScriptEndsObjectsThatTheSessionLeavesBehind) {
@@ -203,7 +142,7 @@ TEST_F(ProgramTest, ReplayOfItsOwnRecordingIsAsExpected) {
     const ProgramRun outcome = run({"replay", session(recording), "--module", test::echoModule});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
     EXPECT_EQ(outcome.error, "");
-    EXPECT_THAT(outcome.out, MatchesRegex(".*a session.jsonl: [0-9]+ outputs as expected\n"));
+    EXPECT_THAT(outcome.out, MatchesPattern(".*a session.jsonl: [0-9]+ outputs as expected\n"));
 }
 
 TEST_F(ProgramTest, ReplayThatDiffersSaysWhereAndExitsWith1) {
@@ -222,7 +161,8 @@ TEST_F(ProgramTest, ReplayOfABrokenFileExitsWith2) {
     const ProgramRun outcome = run({"replay", session("{\"do\":\"interfaces\"}\n{\"out\":\"thing\"}\n")});
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_THAT(outcome.error, MatchesRegex("wren-host: .*a session.jsonl:2: unknown \"out\": \"thing\"\n"));
+    EXPECT_THAT(outcome.error,
+                MatchesPattern("wren-host: .*a session.jsonl:2: unknown \"out\": \"thing\"\n"));
 }
 
 TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
@@ -256,7 +196,7 @@ TEST_F(ProgramTest, BadArgumentsAreOneLineAndExitCode2) {
         const ProgramRun outcome = run(commandLine);
         EXPECT_EQ(outcome.exitCode, 2) << ::testing::PrintToString(commandLine);
         EXPECT_EQ(outcome.out, "") << ::testing::PrintToString(commandLine);
-        EXPECT_THAT(outcome.error, MatchesRegex("wren-host: [^\n]+\n"))
+        EXPECT_THAT(outcome.error, MatchesPattern("wren-host: [^\n]+\n"))
             << ::testing::PrintToString(commandLine);
     }
     EXPECT_FALSE(leftTemporaryFiles());
@@ -286,7 +226,7 @@ TEST_F(ProgramTest, InfoIsTheSameThroughTheRecord) {
 TEST_F(ProgramTest, WatchShowsTheScreenThroughTheRecordToo) {
     Program program({"watch", "--log", "DBG_INFO", "--interface", "c"});
     program.waitForOutput("Wren Gate: Initializing. Please wait...\n");
-    program.signal(SIGINT);
+    program.interrupt();
     const ProgramRun outcome = program.finish();
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.out, HasSubstr("log I CreateCbasedPresentationPlugin: Created C Plugin interface"));
@@ -325,17 +265,17 @@ TEST_F(ProgramTest, InfoTellsWhatTheModuleIs) {
     const ProgramRun json = run({"info", "--json", test::echoModule});
     EXPECT_EQ(json.exitCode, 0);
     EXPECT_THAT(json.out,
-                StartsWith("{\"module\":\"" + std::string(test::echoModule) +
-                           R"(","interfaces":[{"name":"com.norvane.vantor.presentation","version":3},)"
+                StartsWith("{\"module\":" + boost::json::serialize(boost::json::string(test::echoModule)) +
+                           R"(,"interfaces":[{"name":"com.norvane.vantor.presentation","version":3},)"
                            R"({"name":"echo","version":1}],"identity":"echo.identity","label":"Echo",)"
                            R"("display_version":"1.2","exports":["CreatePlugin","DisposePlugin",)"));
 }
 
 TEST_F(ProgramTest, WatchPrintsUntilItIsInterrupted) {
-    for (const int number : {SIGINT, SIGTERM}) {
+    for (const auto ask : {&test::Process::interrupt, &test::Process::terminate}) {
         Program program({"watch", "--module", test::echoModule});
         program.waitForOutput("Unreadable notice"); // the echo of the first status is no XML
-        program.signal(number);
+        (program.*ask)();
         const ProgramRun outcome = program.finish();
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_EQ(outcome.error, "");
@@ -348,7 +288,7 @@ TEST_F(ProgramTest, WatchRecordsWhatReplaysAlike) {
         const std::string file = session("");
         Program program({"watch", "--record", file, "--interface", interface});
         program.waitForOutput("Registration is required to access secure resources.\n");
-        program.signal(SIGINT);
+        program.interrupt();
         EXPECT_EQ(program.finish().exitCode, 0);
         const ProgramRun outcome = run({"replay", file});
         EXPECT_EQ(outcome.exitCode, 0) << outcome.out << outcome.error;
@@ -359,7 +299,7 @@ TEST_F(ProgramTest, WatchRecordsWhatReplaysAlike) {
 TEST_F(ProgramTest, WatchTellsOfBrokenRules) {
     Program program({"watch", "--module", test::echoModule});
     program.waitForOutput("rule broken: readable-notice: not XML");
-    program.signal(SIGINT);
+    program.interrupt();
     EXPECT_EQ(program.finish().exitCode, 0);
 }
 
@@ -373,7 +313,7 @@ TEST_F(ProgramTest, WatchThatCannotRecordSaysSoBeforeItRuns) {
 TEST_F(ProgramTest, WatchPrintsTheLogWhereItIsAskedTo) {
     Program program({"watch", "--log", "DBG_TRACE", "--module", test::echoModule});
     program.waitForOutput("Unreadable notice");
-    program.signal(SIGINT);
+    program.interrupt();
     const ProgramRun outcome = program.finish();
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.out, HasSubstr("log T CreatePlugin: com.norvane.vantor.presentation\n"));

@@ -7,12 +7,16 @@
 
 namespace test {
 
+/// Where a setting stands on a Windows of 64 bits, which keeps two sets of settings: its own, and one for
+/// programs of 32 bits. All other systems have one set.
+enum class SettingsView { Both, Own, For32Bits };
+
 /// Settings of the test's own makers, none at first, taken away at the end. One at a time in the system. Keys
 /// are written as paths below "Software", such as "Maker/Product"; the makers are "Maker", "Norvane" and
 /// "Sandpiper".
 class MachineSettings {
 public:
-    MachineSettings();
+    explicit MachineSettings(SettingsView view = SettingsView::Both);
     MachineSettings(const MachineSettings&) = delete;
     MachineSettings& operator=(const MachineSettings&) = delete;
     ~MachineSettings();

@@ -10,7 +10,7 @@ struct MachineSettings::Place {
     host::DataFolder data{folder.path()};
 };
 
-MachineSettings::MachineSettings()
+MachineSettings::MachineSettings(SettingsView)
     : place(std::make_unique<Place>()) {}
 MachineSettings::~MachineSettings() = default;
 

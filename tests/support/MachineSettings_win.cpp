@@ -4,14 +4,35 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 namespace test {
 namespace {
 
+/// The access flags that lead to the sets of settings.
+std::vector<REGSAM> flagsOf(SettingsView view) {
+    switch (view) {
+    case SettingsView::Own:
+        return {KEY_WOW64_64KEY};
+    case SettingsView::For32Bits:
+        return {KEY_WOW64_32KEY};
+    default:
+        return {KEY_WOW64_64KEY, KEY_WOW64_32KEY};
+    }
+}
+
 void removeAll() {
-    for (const wchar_t* maker : {L"Software\\Maker", L"Software\\Norvane", L"Software\\Sandpiper"}) {
-        ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, maker);
-        ::RegDeleteKeyW(HKEY_LOCAL_MACHINE, maker);
+    for (const REGSAM view : flagsOf(SettingsView::Both)) {
+        HKEY software = nullptr;
+        if (::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software", 0, KEY_ALL_ACCESS | view, &software) !=
+            ERROR_SUCCESS) {
+            continue;
+        }
+        for (const wchar_t* maker : {L"Maker", L"Norvane", L"Sandpiper"}) {
+            ::RegDeleteTreeW(software, maker);
+            ::RegDeleteKeyExW(software, maker, view, 0);
+        }
+        ::RegCloseKey(software);
     }
 }
 
@@ -23,15 +44,22 @@ std::wstring toWide(std::string_view text) {
     return wide;
 }
 
-void set(const std::string& key, const std::string& value, DWORD type, const void* data, std::size_t size) {
+/// A value's type and bytes.
+struct Data {
+    DWORD type;
+    const void* bytes;
+    std::size_t size;
+};
+
+void set(REGSAM view, const std::string& key, const std::string& value, const Data& data) {
     std::wstring path = toWide("Software/" + key);
     std::ranges::replace(path, L'/', L'\\');
     HKEY opened = nullptr;
-    LSTATUS status = ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
-                                       &opened, nullptr);
+    LSTATUS status = ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_WRITE | view,
+                                       nullptr, &opened, nullptr);
     if (status == ERROR_SUCCESS) {
-        status = ::RegSetValueExW(opened, toWide(value).c_str(), 0, type, static_cast<const BYTE*>(data),
-                                  static_cast<DWORD>(size));
+        status = ::RegSetValueExW(opened, toWide(value).c_str(), 0, data.type,
+                                  static_cast<const BYTE*>(data.bytes), static_cast<DWORD>(data.size));
         ::RegCloseKey(opened);
     }
     if (status != ERROR_SUCCESS) {
@@ -41,19 +69,30 @@ void set(const std::string& key, const std::string& value, DWORD type, const voi
 
 } // namespace
 
-struct MachineSettings::Place {};
+struct MachineSettings::Place {
+    std::vector<REGSAM> views;
 
-MachineSettings::MachineSettings() { removeAll(); }
+    void set(const std::string& key, const std::string& value, const Data& data) const {
+        for (const REGSAM view : views) {
+            test::set(view, key, value, data);
+        }
+    }
+};
+
+MachineSettings::MachineSettings(SettingsView view)
+    : place(std::make_unique<Place>(Place{flagsOf(view)})) {
+    removeAll();
+}
 MachineSettings::~MachineSettings() { removeAll(); }
 
 void MachineSettings::setBytes(const std::string& key, const std::string& value,
                                std::string_view bytes) const {
-    set(key, value, REG_BINARY, bytes.data(), bytes.size());
+    place->set(key, value, {REG_BINARY, bytes.data(), bytes.size()});
 }
 
 void MachineSettings::setText(const std::string& key, const std::string& value, std::string_view text) const {
     const std::wstring wide = toWide(text);
-    set(key, value, REG_SZ, wide.c_str(), (wide.size() + 1) * sizeof(wchar_t));
+    place->set(key, value, {REG_SZ, wide.c_str(), (wide.size() + 1) * sizeof(wchar_t)});
 }
 
 } // namespace test

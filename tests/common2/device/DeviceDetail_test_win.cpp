@@ -2,6 +2,7 @@
 
 #include "host/system/Detour_win.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/RegistryViews_win.h"
 
 #include <gtest/gtest.h>
 
@@ -85,22 +86,70 @@ TEST_F(MachineSid, WhatIsNoValidSidIsRefused) {
     expectFailure({"GetDeviceID->IsValidSid() sid is NOT valid "});
 }
 
-TEST(ProductIds, AreTheSystemsOwn) {
+constexpr const wchar_t* windowsKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion";
+
+/// A value among Windows' own settings, in one of its two sets.
+class ProductId {
+public:
+    explicit ProductId(REGSAM view) {
+        EXPECT_EQ(::RegOpenKeyExW(HKEY_LOCAL_MACHINE, windowsKey, 0, KEY_WRITE | view, &key), ERROR_SUCCESS);
+        const BYTE id[] = {1, 0, 255};
+        ::RegSetValueExW(key, L"DigitalProductId4", 0, REG_BINARY, id, sizeof id);
+    }
+    ProductId(const ProductId&) = delete;
+    ProductId& operator=(const ProductId&) = delete;
+    ~ProductId() {
+        ::RegDeleteValueW(key, L"DigitalProductId4");
+        ::RegCloseKey(key);
+    }
+
+private:
     HKEY key = nullptr;
-    ASSERT_EQ(::RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows NT\\CurrentVersion", 0,
-                                nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
-              ERROR_SUCCESS);
-    const BYTE id[] = {1, 0, 255};
-    ::RegSetValueExW(key, L"DigitalProductId4", 0, REG_BINARY, id, sizeof id);
-    Bytes bytes;
-    EXPECT_TRUE(common2::readDeviceDetail(L"DigitalProductId4", bytes));
-    EXPECT_EQ(bytes, Bytes(std::begin(id), std::end(id)));
-    ::RegDeleteValueW(key, L"DigitalProductId4");
-    ::RegCloseKey(key);
-    const test::LogCapture capture;
-    EXPECT_FALSE(common2::readDeviceDetail(L"DigitalProductId4", bytes));
-    EXPECT_EQ(bytes, Bytes());
-    EXPECT_EQ(capture.messages(), Lines{"CRegKey::QueryBinaryValue returned error 2"});
+};
+
+class ProductIds : public testing::Test {
+protected:
+    void expectNone() {
+        capture.clear();
+        Bytes bytes{1};
+        EXPECT_FALSE(common2::readDeviceDetail(L"DigitalProductId4", bytes));
+        EXPECT_EQ(bytes, Bytes());
+        EXPECT_EQ(capture.messages(), Lines{"CRegKey::QueryBinaryValue returned error 2"});
+    }
+    static void expectId() {
+        Bytes bytes;
+        EXPECT_TRUE(common2::readDeviceDetail(L"DigitalProductId4", bytes));
+        EXPECT_EQ(bytes, (Bytes{1, 0, 255}));
+    }
+
+    test::LogCapture capture;
+};
+
+TEST_F(ProductIds, AreThoseOfASystemOf64Bits) {
+    if (test::hasTwoViews()) {
+        const ProductId foreign(KEY_WOW64_32KEY);
+        expectNone();
+    }
+    const ProductId own(KEY_WOW64_64KEY);
+    expectId();
 }
+
+BOOL WINAPI tellX86(HANDLE, USHORT* process, USHORT* native) {
+    *process = IMAGE_FILE_MACHINE_UNKNOWN;
+    *native = IMAGE_FILE_MACHINE_I386;
+    return TRUE;
+}
+
+TEST_F(ProductIds, AreReadPlainlyWhereTheSystemHas32Bits) {
+    const host::Detour detour(L"kernel32.dll", "IsWow64Process2", reinterpret_cast<void*>(&tellX86));
+    if (test::hasTwoViews()) { // where a plain access leads to the set for programs of 32 bits
+        const ProductId foreign(KEY_WOW64_64KEY);
+        expectNone();
+    }
+    const ProductId own(KEY_WOW64_32KEY);
+    expectId();
+}
+
+TEST_F(ProductIds, ThatAreMissingAreLogged) { expectNone(); }
 
 } // namespace

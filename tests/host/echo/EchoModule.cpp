@@ -1,9 +1,8 @@
 // A plugin module without a product: it does what a host's test asks for and shows what reached it. Events
 // are commands ("log TEXT", "notice TEXT", "request TEXT", "thread TEXT"), documents come back as notices.
+#include "tests/host/module-system/ModuleSystem.h"
 #include "wren/PresentationPlugin.h"
 #include "wren/QuillApi.h"
-
-#include <syslog.h>
 
 #include <atomic>
 #include <cstring>
@@ -18,8 +17,9 @@ namespace {
 constexpr PluginInterfaceEntry entries[] = {{presentationInterfaceName, 3}, {"echo", 1}};
 
 void logLine(char mark, const char* function, const std::string& message) {
-    ::syslog(LOG_INFO, "2026-01-02 03:04:05.000006 echo[0x1, 0x2] %c/ EchoModule:12 %s() %s", mark, function,
-             message.c_str());
+    std::string line = "2026-01-02 03:04:05.000006 echo[0x1, 0x2] ";
+    line.append(1, mark).append("/ EchoModule:12 ").append(function).append("() ").append(message);
+    test::module_system::log(line);
 }
 
 std::int32_t copyText(std::string_view text, char* buffer, std::uint32_t* size) {
@@ -151,11 +151,6 @@ private:
 
 } // namespace
 
-Plugin::Plugin() = default;
-Plugin::Plugin(const Plugin&) {}
-Plugin& Plugin::operator=(const Plugin&) { return *this; }
-Plugin::~Plugin() = default;
-
 PluginInterfaceList GetAvailableInterfaces() { return {entries, 2}; }
 
 Plugin* CreatePlugin(const char* interfaceName) {
@@ -171,6 +166,6 @@ Plugin* CreatePlugin(const char* interfaceName) {
 
 bool DisposePlugin(Plugin* plugin) {
     logLine('T', "DisposePlugin", plugin != nullptr ? "object" : "null");
-    delete plugin;
+    delete static_cast<EchoPlugin*>(plugin);
     return true;
 }

@@ -36,7 +36,7 @@ json::object event(const std::string& value) {
             {"xml", R"(<vtguiEvent id="e"><webbrowser id="w" value=")" + value + R"("/></vtguiEvent>)"}};
 }
 json::object message(const std::string& text) { return {{"out", "log"}, {"message", text}}; }
-json::object document(const std::string& text) { return {{"do", "deliver"}, {"json", text}}; }
+json::object delivery(const std::string& text) { return {{"do", "deliver"}, {"json", text}}; }
 json::object notice(const std::string& text) { return {{"out", "notice"}, {"xml", text}}; }
 
 TEST(Redactor, LeavesALineWithoutSecretsAsItIs) {
@@ -45,7 +45,7 @@ TEST(Redactor, LeavesALineWithoutSecretsAsItIs) {
 }
 
 TEST(Redactor, ValueOfAnEventHasOneNameEverywhereAndBeforeItToo) {
-    EXPECT_THAT(redacted({document(R"({"context_id":"context-77"})"), event("context-77"),
+    EXPECT_THAT(redacted({delivery(R"({"context_id":"context-77"})"), event("context-77"),
                           message("value \"context-77\""), event("another-one")}),
                 ElementsAre(R"({"do":"deliver","json":"{\"context_id\":\"redacted-1\"}"})",
                             R"({"do":"event","xml":"<vtguiEvent id=\"e\"><webbrowser id=\"w\" )"
@@ -75,13 +75,13 @@ TEST(Redactor, CookiesOfRequestsInAllSpellings) {
 TEST(Redactor, QueryOfAUrlHasOneNameInDocumentsNoticesAndLogs) {
     EXPECT_THAT(
         redacted(
-            {document(
+            {delivery(
                  R"({"start_url":"https://idp.example/go?a=1&b=2","end_url":"https:\/\/idp.example\/go?a=1\u0026b=2"})"),
              notice(R"(<w start_url="https://idp.example/go?a=1&amp;b=2" final_url="x://y#t=3"/>)"),
              notice("<statusnotification>{&quot;u&quot;:&quot;https://idp.example/go?a=1&amp;b=2&quot;}</"
                     "statusnotification>"),
              message("Opening https://idp.example/go?a=1&b=2 now: is it?"),
-             document(R"({"start_url":"https://idp.example/go","end_url":"https://idp.example/?"})")}),
+             delivery(R"({"start_url":"https://idp.example/go","end_url":"https://idp.example/?"})")}),
         ElementsAre(
             R"({"do":"deliver","json":"{\"start_url\":\"https://idp.example/go?redacted-1\",\"end_url\":\"https:\\/\\/idp.example\\/go?redacted-1\"}"})",
             R"({"out":"notice","xml":"<w start_url=\"https://idp.example/go?redacted-1\" final_url=\"x://y#redacted-2\"/>"})",
@@ -105,7 +105,7 @@ TEST(Redactor, LooksIntoBase64) {
 
 TEST(Redactor, ShortValuesLeaveOtherWordsAlone) {
     EXPECT_THAT(
-        redacted({event("1"), event("wren"), document(R"({"version":"1","page":"wren/v1","x":"wrens"})"),
+        redacted({event("1"), event("wren"), delivery(R"({"version":"1","page":"wren/v1","x":"wrens"})"),
                   message("value \"1\" of 12, wren, wrens")}),
         ElementsAre(
             HasSubstr("value=\\\"redacted-1\\\""), HasSubstr("value=\\\"redacted-2\\\""),

@@ -1,4 +1,5 @@
 #include "host/serve/AccessRule.h"
+#include "tests/support/MatchesPattern.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -71,7 +72,7 @@ TEST(AccessRule, SocketNeedsAnOrigin) {
 
 TEST(AccessRule, TokensAreRandom) {
     const std::string token = host::serve::randomToken();
-    EXPECT_THAT(token, ::testing::MatchesRegex("[0-9a-f]+"));
+    EXPECT_THAT(token, test::MatchesPattern("[0-9a-f]+"));
     EXPECT_EQ(token.size(), 32u);
     EXPECT_NE(token, host::serve::randomToken());
 }

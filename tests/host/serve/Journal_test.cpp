@@ -123,7 +123,7 @@ TEST(Journal, IsWrittenByManyThreads) {
         EXPECT_EQ(entries[i]->sequence, i + 1);
         if (!entries[i]->isInput()) {
             ASSERT_GT(entries[i]->input, 0u);
-            EXPECT_EQ(entries[entries[i]->input - 1]->thread, entries[i]->thread);
+            EXPECT_EQ(entries[static_cast<std::size_t>(entries[i]->input) - 1]->thread, entries[i]->thread);
         }
     }
 }

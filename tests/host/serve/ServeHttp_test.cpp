@@ -1,17 +1,17 @@
 // What the server answers to those who speak HTTP.
 #include "tests/host/serve/ServedProgram.h"
+#include "tests/support/MatchesPattern.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <memory>
 #include <string>
 
 namespace {
 
+using test::MatchesPattern;
 using ::testing::HasSubstr;
-using ::testing::MatchesRegex;
 using ::testing::Not;
 using ::testing::StartsWith;
 
@@ -20,7 +20,7 @@ class ServeHttp : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { program = std::make_unique<test::ServedProgram>(); }
     static void TearDownTestSuite() {
-        EXPECT_EQ(program->end(SIGINT), 0);
+        EXPECT_EQ(program->interrupt(), 0);
         program.reset();
     }
 
@@ -38,7 +38,7 @@ protected:
 std::unique_ptr<test::ServedProgram> ServeHttp::program;
 
 TEST_F(ServeHttp, AddressIsOneLineWithARandomToken) {
-    EXPECT_THAT(program->address(), MatchesRegex("http://127\\.0\\.0\\.1:[0-9]+/[0-9a-f]+/"));
+    EXPECT_THAT(program->address(), MatchesPattern("http://127\\.0\\.0\\.1:[0-9]+/[0-9a-f]+/"));
     EXPECT_EQ(program->root().size(), 34u);
 }
 
@@ -176,7 +176,7 @@ TEST(ServeStart, PortThatIsTakenIsAnError) {
     test::ServedProgram first;
     test::ServedProgram second({"--port", std::to_string(first.port())});
     EXPECT_EQ(second.address(), "");
-    EXPECT_EQ(second.end(0), 2);
+    EXPECT_EQ(second.wait(), 2);
 }
 
 TEST(ServeStart, WrongArgumentsAreErrors) {
@@ -190,14 +190,14 @@ TEST(ServeStart, WrongArgumentsAreErrors) {
                                                {"more"}}) {
         test::ServedProgram program(arguments);
         EXPECT_EQ(program.address(), "") << ::testing::PrintToString(arguments);
-        EXPECT_EQ(program.end(0), 2);
+        EXPECT_EQ(program.wait(), 2);
     }
 }
 
 TEST(ServeStart, EndsWithTheSystemsWish) {
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const auto end : {&test::ServedProgram::interrupt, &test::ServedProgram::terminate}) {
         test::ServedProgram program;
-        EXPECT_EQ(program.end(signal), 0);
+        EXPECT_EQ((program.*end)(), 0);
     }
 }
 

@@ -6,11 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -24,8 +20,6 @@ using ::testing::Not;
 
 class ServeRecorded : public ::testing::Test {
 protected:
-    ~ServeRecorded() override { std::remove(file.c_str()); }
-
     /// Enrolls with that password, to the end of the enrollment's popup.
     static void enroll(ServedProgram& program, ViewerClient& viewer, const std::string& password) {
         EXPECT_EQ(viewer.request(R"("do":"pace","percent":0)"), "");
@@ -44,18 +38,14 @@ protected:
 
     /// Replays the recording with the program. @return what it prints
     std::string replay() const {
-        const std::string command = "'" + std::string(test::hostProgram) + "' replay '" + file + "' 2>&1";
-        FILE* const pipe = ::popen(command.c_str(), "r");
-        std::string printed;
-        char part[4096];
-        while (const std::size_t count = std::fread(part, 1, sizeof part, pipe)) {
-            printed.append(part, count);
-        }
-        EXPECT_EQ(::pclose(pipe), 0);
-        return printed;
+        const test::ProcessEnd end = test::runProcess(
+            {.program = test::hostProgram, .arguments = {"replay", file}, .joinsErrors = true});
+        EXPECT_EQ(end.exitCode, 0);
+        return end.out;
     }
 
-    const std::string file = ::testing::TempDir() + "served " + std::to_string(::getpid()) + ".jsonl";
+    const test::TemporaryFolder folder;
+    const std::string file = (folder.path() / "served run.jsonl").string();
 };
 
 TEST_F(ServeRecorded, EnrollmentPlaysAgain) {
@@ -68,7 +58,7 @@ TEST_F(ServeRecorded, EnrollmentPlaysAgain) {
         ViewerClient viewer(program);
         enroll(program, viewer, "wren");
         EXPECT_FALSE(viewer.hasEntry("\"out\":\"violation\""));
-        EXPECT_EQ(program.end(SIGTERM), 0);
+        EXPECT_EQ(program.terminate(), 0);
         EXPECT_THAT(replay(), EndsWith(" outputs as expected\n")) << option;
     }
 }
@@ -89,7 +79,7 @@ TEST_F(ServeRecorded, HoldsNoSecrets) {
                              R"(\"u\":\"https://idp.example/go?t=planted-query\"}")"),
               "");
     viewer.readUntil([&] { return viewer.hasEntry("planted-query"); });
-    EXPECT_EQ(program.end(SIGTERM), 0);
+    EXPECT_EQ(program.terminate(), 0);
     const std::string recording = host::readFile(file);
     EXPECT_THAT(recording, HasSubstr("redacted-"));
     EXPECT_THAT(recording, HasSubstr("https://idp.example/go?redacted-"));
@@ -101,7 +91,7 @@ TEST_F(ServeRecorded, HoldsNoSecrets) {
 TEST_F(ServeRecorded, FileThatCannotBeWrittenIsAnErrorAtOnce) {
     ServedProgram program({"--record", "/nonexistent/file"});
     EXPECT_EQ(program.address(), "");
-    EXPECT_EQ(program.end(0), 2);
+    EXPECT_EQ(program.wait(), 2);
 }
 
 } // namespace

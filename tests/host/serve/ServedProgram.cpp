@@ -12,13 +12,8 @@
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 
-#include <gtest/gtest.h>
+#include "host/LibraryNames.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <atomic>
-#include <csignal>
 #include <fstream>
 
 namespace test {
@@ -31,10 +26,14 @@ namespace http = beast::http;
 namespace json = boost::json;
 using asio::ip::tcp;
 
-fs::path newFolder() {
-    static std::atomic<unsigned> number = 0;
-    return fs::path(hostProgram).parent_path().parent_path() / "served" /
-           (std::to_string(::getpid()) + "-" + std::to_string(++number));
+/// Puts a built file where it is wanted; a link takes no time, but does not lead everywhere.
+void place(const fs::path& built, const fs::path& wanted) {
+    fs::create_directories(wanted.parent_path());
+    std::error_code error;
+    fs::create_hard_link(built, wanted, error);
+    if (error) {
+        fs::copy_file(built, wanted);
+    }
 }
 
 tcp::endpoint endpointOf(const ServedProgram& program) {
@@ -43,63 +42,34 @@ tcp::endpoint endpointOf(const ServedProgram& program) {
 
 } // namespace
 
-ServedProgram::ServedProgram(std::vector<std::string> arguments)
-    : folder(newFolder()) {
+ServedProgram::ServedProgram(std::vector<std::string> arguments) {
     install();
     launch(std::move(arguments));
 }
 
-ServedProgram::~ServedProgram() {
-    if (child > 0) {
-        ::kill(child, SIGKILL);
-        ::waitpid(child, nullptr, 0);
-    }
-    ::close(out);
-    fs::remove_all(folder);
-}
-
 /// Lays everything out as an installed program has it.
 void ServedProgram::install() {
+    const fs::path& root = folder.path();
+    const fs::path share = root / "share/wren-host";
     const fs::path program = hostProgram;
-    const fs::path libraries = program.parent_path().parent_path() / "lib";
-    const fs::path share = folder / "share/wren-host";
-    for (const fs::path& made : {folder / "bin", folder / "lib", share / "app", share / "pages/wren/v1"}) {
-        fs::create_directories(made);
+    for (const fs::path& file :
+         {program, fs::path(backendLibrary), host::moduleBeside(program.parent_path())}) {
+        const fs::path built = file.lexically_normal();
+        place(built, root / built.lexically_relative(program.parent_path().parent_path()));
     }
-    fs::create_hard_link(program, folder / "bin/wren-host");
-    for (const char* library : {"libkes_wren_api.so", "libkes_wren_presentation_plugin.so"}) {
-        fs::create_hard_link(libraries / library, folder / "lib" / library);
-    }
-    std::ofstream(share / "app/index.html") << "<!doctype html><title>the page</title>";
-    std::ofstream(share / "app/page.js") << "export {};";
-    std::ofstream(share / "app/machine.json") << R"({"states": []})";
-    std::ofstream(share / "pages/wren/v1/index.html") << "<!doctype html><title>the local page</title>";
-    std::ofstream(share / "scenario.schema.json") << R"({"title": "a schema"})";
+    folder.write(share / "app/index.html", "<!doctype html><title>the page</title>");
+    folder.write(share / "app/page.js", "export {};");
+    folder.write(share / "app/machine.json", R"({"states": []})");
+    folder.write(share / "pages/wren/v1/index.html", "<!doctype html><title>the local page</title>");
+    folder.write(share / "scenario.schema.json", R"({"title": "a schema"})");
 }
 
 void ServedProgram::launch(std::vector<std::string> arguments) {
-    int ends[2] = {-1, -1};
-    ASSERT_EQ(::pipe(ends), 0);
-    const std::string program = folder / "bin/wren-host";
-    arguments.insert(arguments.begin(), {program, "serve"});
-    std::vector<char*> words;
-    for (std::string& argument : arguments) {
-        words.push_back(argument.data());
-    }
-    words.push_back(nullptr);
-    child = ::fork();
-    if (child == 0) {
-        ::dup2(ends[1], STDOUT_FILENO);
-        ::close(ends[0]);
-        ::close(ends[1]);
-        ::execv(program.c_str(), words.data());
-        ::_exit(127);
-    }
-    ::close(ends[1]);
-    out = ends[0];
-    for (char c = 0; ::read(out, &c, 1) == 1 && c != '\n';) {
-        ownAddress += c;
-    }
+    arguments.insert(arguments.begin(), "serve");
+    process.emplace(ProcessPlan{.program = folder.path() / "bin" / fs::path(hostProgram).filename(),
+                                .arguments = std::move(arguments)});
+    const std::string& out = process->waitForOutput("\n");
+    ownAddress = out.substr(0, out.find('\n'));
 }
 
 unsigned short ServedProgram::port() const {
@@ -110,12 +80,14 @@ std::string ServedProgram::root() const {
     return ownAddress.substr(ownAddress.find('/', ownAddress.rfind(':')));
 }
 
-int ServedProgram::end(int signal) {
-    int status = 0;
-    ::kill(child, signal);
-    ::waitpid(child, &status, 0);
-    child = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+int ServedProgram::interrupt() {
+    process->interrupt();
+    return wait();
+}
+
+int ServedProgram::terminate() {
+    process->terminate();
+    return wait();
 }
 
 HttpResponse ServedProgram::ask(const std::string& method, const std::string& target, const std::string& body,

@@ -1,6 +1,9 @@
 /// The program as it serves, and those who speak to it.
 #pragma once
 
+#include "tests/host/Process.h"
+#include "tests/support/TemporaryFolder.h"
+
 #include <boost/asio/io_context.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
@@ -10,12 +13,11 @@
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
 
-#include <sys/types.h>
-
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -36,7 +38,7 @@ public:
     explicit ServedProgram(std::vector<std::string> arguments = {});
     ServedProgram(const ServedProgram&) = delete;
     ServedProgram& operator=(const ServedProgram&) = delete;
-    ~ServedProgram();
+    ~ServedProgram() = default;
 
     const std::string& address() const { return ownAddress; }
     unsigned short port() const;
@@ -45,8 +47,12 @@ public:
     /// The path of the address, with both slashes.
     std::string root() const;
 
-    /// Asks it to end and waits. @return its exit code; -1 where it was ended by a signal
-    int end(int signal);
+    /// Asks it to end, as a user or as the system does, and waits. @return its exit code; -1 where it was
+    /// ended by a signal
+    int interrupt();
+    int terminate();
+    /// Waits for its end. @return its exit code
+    int wait() { return process->finish().exitCode; }
 
     /// @param target whole, as in the first line of a request
     HttpResponse ask(const std::string& method, const std::string& target, const std::string& body = {},
@@ -61,9 +67,8 @@ private:
     void install();
     void launch(std::vector<std::string> arguments);
 
-    const std::filesystem::path folder;
-    pid_t child = -1;
-    int out = -1; ///< the program's output
+    const TemporaryFolder folder;
+    std::optional<Process> process;
     std::string ownAddress;
 };
 

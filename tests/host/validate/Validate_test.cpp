@@ -1,13 +1,13 @@
 // The command as a user runs it: on the real module, and on modules that break one rule each.
 #include "tests/host/Paths.h"
+#include "tests/host/Process.h"
+#include "tests/support/MatchesPattern.h"
+#include "tests/support/ScopedEnvironment.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <gmock/gmock.h>
 
-#include <sys/wait.h>
-
-#include <cstdio>
 #include <map>
 #include <sstream>
 #include <string>
@@ -15,42 +15,21 @@
 
 namespace {
 
+using test::MatchesPattern;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
-using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 using Lines = std::vector<std::string>;
 
-struct Validation {
-    int exitCode = -1;
-    std::string out;
-};
-
-std::string quoted(const std::string& word) { return std::string("'").append(word).append("'"); }
+using Validation = test::ProcessEnd;
 
 /// Runs `wren-host validate`.
-/// @param errors where its standard error goes: "&1" into the output
-Validation validate(const Lines& arguments, const std::string& defects = "",
-                    const std::string& errors = "/dev/null") {
-    std::string command = "WREN_DEFECTS=";
-    command.append(quoted(defects)).append(" ").append(quoted(test::hostProgram)).append(" validate");
-    for (const std::string& argument : arguments) {
-        command.append(" ").append(quoted(argument));
-    }
-    command.append(" 2>").append(errors);
-    Validation outcome;
-    FILE* const program = ::popen(command.c_str(), "r");
-    if (program == nullptr) {
-        return outcome;
-    }
-    char part[4096];
-    for (std::size_t count = 0; (count = std::fread(part, 1, sizeof part, program)) > 0;) {
-        outcome.out.append(part, count);
-    }
-    const int status = ::pclose(program);
-    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
+Validation validate(const Lines& arguments, const std::string& defects = "", bool joinsErrors = false) {
+    const test::ScopedEnvironment variable("WREN_DEFECTS", defects.c_str());
+    test::ProcessPlan plan{.program = test::hostProgram, .arguments = arguments, .joinsErrors = joinsErrors};
+    plan.arguments.insert(plan.arguments.begin(), "validate");
+    return test::runProcess(plan);
 }
 
 Lines linesOf(const std::string& text) {
@@ -202,7 +181,8 @@ TEST(Validate, EachCheckIsOneLineAndTheLastIsTheSummary) {
                             "failed     texts.label: the label: \"wren Gate\", not \"Wren Gate\"",
                             "passed     texts.version", "passed     texts.null-buffer",
                             "passed     texts.small-buffer", "passed     texts.exact-buffer",
-                            "crashed    texts.null-size: signal 6 (SIGABRT)", "passed     texts.any-state",
+                            "crashed    texts.null-size: " + std::string(test::crashText),
+                            "passed     texts.any-state",
                             "8 checks: 6 passed, 1 failed, 1 crashed, 0 timed out (interface cpp, seed 7)"));
 }
 
@@ -218,8 +198,9 @@ TEST(Validate, JsonIsOneObjectALine) {
     EXPECT_EQ(linesOf(outcome.out),
               (Lines{R"({"check":"texts.label","outcome":"failed","reason":)"
                      R"("the label: \"wren Gate\", not \"Wren Gate\""})",
-                     R"({"summary":{"module":")" + std::string(test::defectiveModule) +
-                         R"(","interface":"cpp","seed":4294967295,"checks":1,"passed":0,"failed":1,)"
+                     R"({"summary":{"module":)" +
+                         boost::json::serialize(boost::json::string(test::defectiveModule)) +
+                         R"(,"interface":"cpp","seed":4294967295,"checks":1,"passed":0,"failed":1,)"
                          R"("crashed":0,"timed_out":0}})"}));
 }
 
@@ -268,7 +249,7 @@ TEST(Validate, NamesAreUniqueAndDescribed) {
         const boost::json::object check = boost::json::parse(line).as_object();
         const std::string name(check.at("check").as_string());
         EXPECT_EQ(++names[name], 1) << name;
-        EXPECT_THAT(name, MatchesRegex("[a-z]+[.][a-z0-9-]+"));
+        EXPECT_THAT(name, MatchesPattern("[a-z]+[.][a-z0-9-]+"));
         EXPECT_THAT(std::string(check.at("description").as_string()), EndsWith(".")) << name;
     }
 }
@@ -290,16 +271,17 @@ TEST(Validate, WhatCannotBeCheckedIsOneLineAndExitCode2) {
         {"one", "two"},
     };
     for (const Lines& commandLine : commandLines) {
-        const Validation outcome = validate(commandLine, "", "&1");
+        const Validation outcome = validate(commandLine, "", true);
         EXPECT_EQ(outcome.exitCode, 2) << testing::PrintToString(commandLine);
-        EXPECT_THAT(outcome.out, MatchesRegex("wren-host: [^\n]+\n")) << testing::PrintToString(commandLine);
+        EXPECT_THAT(outcome.out, MatchesPattern("wren-host: [^\n]+\n"))
+            << testing::PrintToString(commandLine);
     }
 }
 
 TEST(Validate, AModuleThatCrashesWhenItIsLoadedCannotBeChecked) {
-    const Validation outcome = validate({test::defectiveModule}, "crash-when-loaded", "&1");
+    const Validation outcome = validate({test::defectiveModule}, "crash-when-loaded", true);
     EXPECT_EQ(outcome.exitCode, 2);
-    EXPECT_THAT(outcome.out, HasSubstr("crashed, signal 6 (SIGABRT)\n"));
+    EXPECT_THAT(outcome.out, EndsWith(test::crashWhenLoadedText));
 }
 
 } // namespace

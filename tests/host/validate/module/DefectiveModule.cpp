@@ -1,11 +1,8 @@
 // The real module with defects. Which ones is told by the environment variable WREN_DEFECTS, their names
 // between commas; each breaks one rule between host and module.
+#include "tests/host/module-system/ModuleSystem.h"
 #include "wren/PresentationPlugin.h"
 #include "wren/PresentationPluginCbased.h"
-
-#include <dlfcn.h>
-#include <syslog.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -21,31 +18,14 @@ bool has(std::string_view defect) {
     return all.find(std::string(",").append(defect).append(",")) != std::string::npos;
 }
 
-void* openedRealModule() {
-    void* handle = ::dlopen(WREN_REAL_MODULE, RTLD_NOW | RTLD_LOCAL);
-    if (handle == nullptr) {
-        std::abort();
-    }
-    return handle;
-}
-
 /// The real module, for as long as this one is loaded.
-struct RealModule {
-    RealModule() {
+struct RealModule : test::module_system::OtherModule {
+    RealModule()
+        : OtherModule(WREN_REAL_MODULE) {
         if (has("crash-when-loaded")) {
-            std::abort();
+            test::module_system::crash();
         }
     }
-    RealModule(const RealModule&) = delete;
-    RealModule& operator=(const RealModule&) = delete;
-    ~RealModule() { ::dlclose(handle); }
-
-    template <class Function>
-    Function function(const char* name) const {
-        return reinterpret_cast<Function>(::dlsym(handle, name));
-    }
-
-    void* handle = openedRealModule();
 };
 const RealModule real;
 
@@ -128,12 +108,10 @@ public:
     }
     std::int32_t Stop(std::uint32_t reason) override {
         if (has("hang-on-stop") && reason == 1) {
-            for (;;) {
-                ::pause();
-            }
+            test::module_system::hang();
         }
         if (has("free-log-text")) {
-            ::syslog(LOG_INFO, "stopping now");
+            test::module_system::log("stopping now");
         }
         isQuiet = has("stop-done-missing") && reason == 1;
         const std::int32_t result = inner->Stop(reason);
@@ -161,7 +139,7 @@ public:
     }
     std::int32_t GetDisplayVersion(char* buffer, std::uint32_t* size) override {
         if (has("crash-on-null-size") && size == nullptr) {
-            std::abort();
+            test::module_system::crash();
         }
         return inner->GetDisplayVersion(buffer, size);
     }
@@ -175,7 +153,7 @@ public:
     }
     std::int32_t EventNotification(const char* xml) override {
         if (has("crash-on-null-event") && xml == nullptr) {
-            std::abort();
+            test::module_system::crash();
         }
         if (xml != nullptr && isSpoilt(xml)) {
             return presentationFailed;
@@ -192,7 +170,7 @@ public:
     std::int32_t GetPendingApprovalData(std::uintptr_t first, std::uintptr_t second) override {
         constexpr int earlyEnd = 3;
         if (has("early-exit")) {
-            ::_exit(earlyEnd);
+            test::module_system::leave(earlyEnd);
         }
         return inner->GetPendingApprovalData(first, second);
     }
@@ -207,7 +185,7 @@ private:
         constexpr std::ptrdiff_t manyOddBytes = 40;
         const auto isOdd = [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; };
         if (has("crash-on-odd-bytes") && std::count_if(xml.begin(), xml.end(), isOdd) > manyOddBytes) {
-            std::abort();
+            test::module_system::crash();
         }
         return has("short-events") && xml.size() > greatText;
     }
@@ -216,7 +194,8 @@ private:
         if (has("no-late-copies") && isStopped) {
             return 0;
         }
-        const std::uintptr_t passed = has("handle-cut") ? static_cast<std::uint32_t>(handle) : handle;
+        constexpr unsigned halfAWord = sizeof handle * 4;
+        const std::uintptr_t passed = has("handle-cut") ? handle << halfAWord >> halfAWord : handle;
         return host->Notify(passed, spoiled(xml).c_str());
     }
     std::int32_t StopDone(std::uintptr_t handle) override { return isQuiet ? 0 : host->StopDone(handle); }
@@ -236,11 +215,6 @@ std::int32_t stopWhateverTheReason(void* handle, std::uint32_t reason) {
 }
 
 } // namespace
-
-Plugin::Plugin() = default;
-Plugin::Plugin(const Plugin&) {}
-Plugin& Plugin::operator=(const Plugin&) { return *this; }
-Plugin::~Plugin() = default;
 
 PluginInterfaceList GetAvailableInterfaces() {
     static constexpr PluginInterfaceEntry olderEntries[] = {{presentationInterfaceName, 2},
@@ -265,7 +239,7 @@ Plugin* CreatePlugin(const char* interfaceName) {
 
 bool DisposePlugin(Plugin* plugin) {
     const bool isObject = plugin != nullptr;
-    delete plugin;
+    delete static_cast<DefectivePlugin*>(plugin);
     return !(has("dispose-says-false") && isObject);
 }
 
