@@ -10,7 +10,14 @@ constexpr USHORT noMachine = 0; ///< IMAGE_FILE_MACHINE_UNKNOWN
 constexpr USHORT arm64Machine = 0xAA64;
 constexpr USHORT amd64Machine = 0x8664;
 
-/// The system's machine, by IMAGE_FILE_MACHINE; `noMachine` where the system is too old to tell.
+/// The machine of a system that is too old to name it: before Windows 10, a 32-bit process that runs on
+/// another system than its own runs on this one.
+USHORT olderNativeMachine() {
+    BOOL isOn64Bits = FALSE;
+    return ::IsWow64Process(::GetCurrentProcess(), &isOn64Bits) && isOn64Bits ? amd64Machine : noMachine;
+}
+
+/// The system's machine, by IMAGE_FILE_MACHINE; `noMachine` if it has 32 bits and is too old to name it.
 USHORT nativeMachine() {
     using IsWow64Process2 = BOOL(WINAPI*)(HANDLE, USHORT*, USHORT*);
     const HMODULE kernel = ::GetModuleHandleW(L"kernel32.dll");
@@ -20,7 +27,7 @@ USHORT nativeMachine() {
                                  : nullptr;
     USHORT process = noMachine;
     USHORT native = noMachine;
-    return function && function(::GetCurrentProcess(), &process, &native) ? native : noMachine;
+    return function && function(::GetCurrentProcess(), &process, &native) ? native : olderNativeMachine();
 }
 
 } // namespace

@@ -53,6 +53,25 @@ TEST(OsVerApi, MachineDecidesWhetherTheSystemHas64Bits) {
     }
 }
 
+BOOL isOn64Bits = FALSE;
+
+BOOL WINAPI tellWow64(HANDLE, BOOL* isWow64) {
+    *isWow64 = isOn64Bits;
+    return TRUE;
+}
+
+TEST(OsVerApi, SystemThatNamesNoMachineHas64BitsIfItRuns32BitProcessesBeside) {
+    const host::Detour newer(L"kernel32.dll", "IsWow64Process2", reinterpret_cast<void*>(&tellMachine));
+    const host::Detour older(L"kernel32.dll", "IsWow64Process", reinterpret_cast<void*>(&tellWow64));
+    isTold = false;
+    for (const BOOL answer : {TRUE, FALSE}) {
+        isOn64Bits = answer;
+        EXPECT_EQ(OsVerApi::Is64BitSystem(), answer != FALSE);
+        EXPECT_EQ(typeOn(0xAA64), 1);
+    }
+    isTold = true;
+}
+
 TEST(OsVerApi, VersionIsTheSystems) {
     const host::Detour detour(L"kernel32.dll", "GetVersionExW", reinterpret_cast<void*>(&tellVersion));
     const OsVerApi system;
