@@ -78,7 +78,7 @@ add_test(NAME real_windows_report COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/windows/ch
 
 add_subdirectory(windows/msvc)
 
-wren_replays(${CMAKE_SOURCE_DIR}/../shared/sessions)
+wren_replays(${CMAKE_CURRENT_SOURCE_DIR}/sessions/samples)
 
 # A module whose class has GCC's own table.
 add_library(wren_other_table MODULE windows/OtherTable.cpp)

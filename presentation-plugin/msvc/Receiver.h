@@ -40,7 +40,7 @@ private:
     std::weak_ptr<IQuillApiCallbacks> target; ///< under the mutex
 };
 
-/// A receiver and its owners. Begins with one, which is whoever made it.
+/// A receiver and the count of its owners, of which its maker is the first.
 class ReceiverBlock final : public ControlBlock {
 public:
     explicit ReceiverBlock(const Exports& library);

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-// Recorded sessions with the outputs that they must have, from the folder that all developers share.
+// Recorded sessions with the outputs that they must have: tests/sessions/samples.
 
 namespace {
 
@@ -35,8 +35,7 @@ std::vector<boost::json::object> expectedOutputs(const std::string& content) {
 }
 
 TEST_P(SampleSession, IsMetExactly) {
-    const std::string content =
-        contentOf(std::filesystem::path(WREN_SHARED_FOLDER) / "sessions" / GetParam());
+    const std::string content = contentOf(std::filesystem::path(WREN_SAMPLES_FOLDER) / GetParam());
     test::ModuleSession session;
     session.run(content);
     const auto difference = host::firstDifference(expectedOutputs(content), session.outputs());
@@ -57,8 +56,8 @@ std::string nameOf(const testing::TestParamInfo<std::string>& sample) {
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Shared, SampleSession, samplesOfTheClass, nameOf);
-INSTANTIATE_TEST_SUITE_P(SharedOfTheRecord, SampleSession, testing::Values("12-c-record.jsonl"), nameOf);
+INSTANTIATE_TEST_SUITE_P(OfTheClass, SampleSession, samplesOfTheClass, nameOf);
+INSTANTIATE_TEST_SUITE_P(OfTheRecord, SampleSession, testing::Values("12-c-record.jsonl"), nameOf);
 
 /// What a session shows the user and asks of the service, and what its calls answer, in order.
 std::vector<boost::json::object> visible(const std::vector<boost::json::object>& outputs) {
@@ -79,8 +78,7 @@ protected:
 };
 
 TEST_P(SampleThroughTheRecord, ShowsAsksAndAnswersTheSame) {
-    const std::string content =
-        contentOf(std::filesystem::path(WREN_SHARED_FOLDER) / "sessions" / GetParam());
+    const std::string content = contentOf(std::filesystem::path(WREN_SAMPLES_FOLDER) / GetParam());
     std::vector<boost::json::object> expected = visible(expectedOutputs(content));
     if (GetParam() == lifecycleSample) {
         // The one difference: of two registrations, a record follows the later one, though it was refused.
@@ -96,6 +94,6 @@ TEST_P(SampleThroughTheRecord, ShowsAsksAndAnswersTheSame) {
     EXPECT_FALSE(difference) << difference->what;
 }
 
-INSTANTIATE_TEST_SUITE_P(Shared, SampleThroughTheRecord, samplesOfTheClass, nameOf);
+INSTANTIATE_TEST_SUITE_P(OfTheClass, SampleThroughTheRecord, samplesOfTheClass, nameOf);
 
 } // namespace

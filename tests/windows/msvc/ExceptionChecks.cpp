@@ -105,28 +105,14 @@ void checkServiceExceptions(const Libraries& libraries) {
     CHECK(libraries.disposePlugin(plugin));
 }
 
-namespace {
-
-int32_t __cdecl notify(uintptr_t context, uintptr_t handle, const char* xml) {
-    return reinterpret_cast<Callbacks*>(context)->Notify(handle, xml);
-}
-
-int32_t __cdecl stopDone(uintptr_t context, uintptr_t handle) {
-    return reinterpret_cast<Callbacks*>(context)->StopDone(handle);
-}
-
-int32_t __cdecl translate(uintptr_t, uintptr_t, uintptr_t, uintptr_t) { return 0; }
-
-} // namespace
-
 void checkRecordExceptions(const Libraries& libraries) {
     PresentationPluginCbasedMethods* const record =
         libraries.createRecord("c_com.norvane.vantor.presentation");
     CHECK(record != nullptr);
     void* const handle = record->handle;
     Callbacks noted;
-    PresentationCbasedCallbacks callbacks{reinterpret_cast<uintptr_t>(&noted), &notify, &stopDone};
-    TranslatorCbasedCallbacks translator{0, &translate, &translate};
+    PresentationCbasedCallbacks callbacks = recordOf(noted);
+    TranslatorCbasedCallbacks translator = translatorRecord();
     CHECK(record->Register(handle, "", hostHandle, &callbacks, &translator) == 0);
     noted.throws = Throws::Object;
     CHECK(!throws([&] { CHECK(record->Start(handle) == 0); }) && noted.notices == 5);

@@ -108,4 +108,26 @@ bool Callbacks::hasShown(const char* words) {
     return isThere;
 }
 
+namespace {
+
+// The record's callbacks: the context is the object that notes.
+
+int32_t __cdecl notify(uintptr_t context, uintptr_t handle, const char* xml) {
+    return reinterpret_cast<Callbacks*>(context)->Notify(handle, xml);
+}
+
+int32_t __cdecl stopDone(uintptr_t context, uintptr_t handle) {
+    return reinterpret_cast<Callbacks*>(context)->StopDone(handle);
+}
+
+int32_t __cdecl translate(uintptr_t, uintptr_t, uintptr_t, uintptr_t) { return 0; }
+
+} // namespace
+
+PresentationCbasedCallbacks recordOf(Callbacks& noting) {
+    return {reinterpret_cast<uintptr_t>(&noting), &notify, &stopDone};
+}
+
+TranslatorCbasedCallbacks translatorRecord() { return {0, &translate, &translate}; }
+
 } // namespace foreign

@@ -91,6 +91,10 @@ private:
     size_t length = 0;
 };
 
+/// The same callbacks as records of C; they refer to the object.
+PresentationCbasedCallbacks recordOf(Callbacks& noting);
+TranslatorCbasedCallbacks translatorRecord();
+
 /// The documents of a device that enrolls.
 extern const char* const notEnrolled;
 extern const char* const enrolled;

@@ -88,30 +88,14 @@ void checkServiceFaults(const Libraries& libraries) {
     CHECK(libraries.disposePlugin(next));
 }
 
-namespace {
-
-// The record's callbacks: the context is the object that notes.
-
-int32_t __cdecl notify(uintptr_t context, uintptr_t handle, const char* xml) {
-    return reinterpret_cast<Callbacks*>(context)->Notify(handle, xml);
-}
-
-int32_t __cdecl stopDone(uintptr_t context, uintptr_t handle) {
-    return reinterpret_cast<Callbacks*>(context)->StopDone(handle);
-}
-
-int32_t __cdecl translate(uintptr_t, uintptr_t, uintptr_t, uintptr_t) { return 0; }
-
-} // namespace
-
 void checkRecord(const Libraries& libraries) {
     CHECK(libraries.createRecord(interfaceName) == nullptr);
     PresentationPluginCbasedMethods* const record = BALANCED(libraries.createRecord(recordName));
     CHECK(record != nullptr && record->size == 68);
     void* const handle = record->handle;
     Callbacks noted;
-    PresentationCbasedCallbacks callbacks{reinterpret_cast<uintptr_t>(&noted), &notify, &stopDone};
-    TranslatorCbasedCallbacks translator{0, &translate, &translate};
+    PresentationCbasedCallbacks callbacks = recordOf(noted);
+    TranslatorCbasedCallbacks translator = translatorRecord();
     CHECK(BALANCED(record->SupportsInterface(handle, recordName, 3)));
     CHECK(BALANCED(record->Register(handle, nullptr, hostHandle, &callbacks, &translator)) == -4);
     CHECK(BALANCED(record->Register(handle, "", hostHandle, &callbacks, &translator)) == 0);
