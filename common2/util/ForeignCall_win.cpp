@@ -14,9 +14,9 @@ using Handler = EXCEPTION_DISPOSITION (*)(EXCEPTION_RECORD*, void*, CONTEXT*, vo
 
 /// Stands in the system's list for as long as it lives, whichever way the function ends.
 struct CallFrame {
-    CallFrame* previous;
+    CallFrame* previous = nullptr;
     Handler handler;
-    void* resume[5]; ///< where `__builtin_longjmp` goes
+    void* resume[5] = {}; ///< where `__builtin_longjmp` goes
 
     explicit CallFrame(Handler used)
         : handler(used) {
