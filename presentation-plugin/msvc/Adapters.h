@@ -23,6 +23,7 @@ public:
     FactoryAdapter(Observer<ApiFactory> observed, FindReceiver findReceiver);
 
     bool isExpired() const { return factory.isExpired(); }
+    bool isFor(const Observer<ApiFactory>& other) const { return factory == other; }
 
     QuillApiResult Reserved() override;
     /// @throws ApiError_ex for a factory that has gone, which an expired weak pointer would have shown

@@ -92,6 +92,10 @@ public:
         }
     }
 
+    bool operator==(const Observer& other) const {
+        return pointer.object == other.pointer.object && pointer.block == other.pointer.block;
+    }
+
     bool isExpired() const { return pointer.block == nullptr || !pointer.block->hasUse(); }
     std::shared_ptr<Object> lock() const {
         const bool isAlive = pointer.block != nullptr && pointer.block->tryAddUse();

@@ -46,8 +46,9 @@ HMODULE loadLibrary() {
         if (library != nullptr) {
             return library;
         }
+        const DWORD failure = ::GetLastError();
         if (::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
-            error = ::GetLastError();
+            error = failure;
         }
     }
     COMMON2_LOG(DBG_ERROR, function) << "kes_wren_api.dll can't be loaded: error " << error;
@@ -138,16 +139,25 @@ QuillApiResult ServiceLibrary::getFactory(std::weak_ptr<IQuillApiFactory>& facto
 QuillApiResult ServiceLibrary::adaptFactory(const Exports& used, std::weak_ptr<IQuillApiFactory>& factory) {
     WeakPointer<ApiFactory> given;
     const QuillApiResult result = guardedCall(function, [&] { return used.getFactory(given); });
-    auto adapter = std::make_shared<FactoryAdapter>(
-        Observer(given), [this](const auto& callbacks) { return findReceiver(callbacks); });
-    factory = adapter;
+    Observer<ApiFactory> observed(given);
+    if (result != QuillApiResult::Success) {
+        return result;
+    }
     std::vector<std::shared_ptr<FactoryAdapter>> expired; // their ends call the library
     const std::lock_guard lock(mutex);
     const auto firstExpired =
         std::ranges::partition(factories, [](const auto& made) { return !made->isExpired(); }).begin();
     expired.assign(std::make_move_iterator(firstExpired), std::make_move_iterator(factories.end()));
     factories.erase(firstExpired, factories.end());
-    factories.push_back(std::move(adapter));
+    const auto known =
+        std::ranges::find_if(factories, [&](const auto& made) { return made->isFor(observed); });
+    if (known != factories.end()) {
+        factory = *known;
+        return result;
+    }
+    factories.push_back(std::make_shared<FactoryAdapter>(
+        std::move(observed), [this](const auto& callbacks) { return findReceiver(callbacks); }));
+    factory = factories.back();
     return result;
 }
 

@@ -110,6 +110,7 @@ void checkTypeInformation(const Libraries& libraries);
 void checkExportedClass(const Libraries& libraries);
 void checkLife(const Libraries& libraries);
 void checkDeletion(const Libraries& libraries);
+void checkManyPlugins(const Libraries& libraries);
 void checkServiceFaults(const Libraries& libraries);
 void checkRecord(const Libraries& libraries);
 void checkExceptions(const Libraries& libraries);

@@ -62,6 +62,20 @@ void checkLife(const Libraries& libraries) {
     CHECK(libraries.counts().receiversEnded == before.receiversEnded + 1);
 }
 
+void checkManyPlugins(const Libraries& libraries) {
+    Callbacks callbacks;
+    CHECK(libraries.disposePlugin(make(libraries, callbacks)));
+    const ServiceCounts before = libraries.counts();
+    for (int number = 0; number < 100; ++number) {
+        IPresentationPluginV3* const plugin = make(libraries, callbacks);
+        CHECK(plugin->Start() == 0);
+        CHECK(libraries.disposePlugin(plugin));
+    }
+    const ServiceCounts after = libraries.counts();
+    CHECK(after.factoryObservers == before.factoryObservers && after.connections == before.connections);
+    CHECK(after.receiversEnded == before.receiversEnded + 100 && after.receiversMade == after.receiversEnded);
+}
+
 void checkServiceFaults(const Libraries& libraries) {
     libraries.setFault(serviceFactoryFails);
     CHECK(libraries.createPlugin(interfaceName) == nullptr);
@@ -79,7 +93,7 @@ void checkServiceFaults(const Libraries& libraries) {
     libraries.setFault(serviceWorks);
     CHECK(plugin->Start() == 0 && plugin->Stop(0) == 0);
     libraries.setFault(serviceFactoryGone);
-    CHECK(libraries.counts().areFactoryGone);
+    CHECK(libraries.counts().isFactoryGone);
     CHECK(plugin->Start() == -10);
     libraries.setFault(serviceWorks);
     CHECK(libraries.disposePlugin(plugin));

@@ -155,7 +155,8 @@ const char* serviceTakeRequest() {
 
 ServiceCounts serviceCounts() {
     counts.receiverUses = receiver.use_count();
-    counts.areFactoryGone = factory ? 0 : 1;
+    counts.factoryObservers = factory.weak_count();
+    counts.isFactoryGone = factory ? 0 : 1;
     return counts;
 }
 

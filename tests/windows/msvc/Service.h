@@ -8,11 +8,12 @@ extern "C" {
 
 /// What there is and what has happened since the library was loaded.
 struct ServiceCounts {
-    int receiversMade;  ///< constructor of `IQuillApiCallbacks`
-    int receiversEnded; ///< its destructor
-    int connections;    ///< API objects that live
-    long receiverUses;  ///< owners of the receiver given to the latest `Start`; 0 when it has gone
-    int areFactoryGone; ///< whether the factory was asked to go and has gone
+    int receiversMade;     ///< constructor of `IQuillApiCallbacks`
+    int receiversEnded;    ///< its destructor
+    int connections;       ///< API objects that live
+    long receiverUses;     ///< owners of the receiver given to the latest `Start`; 0 when it has gone
+    long factoryObservers; ///< weak pointers to the factory, with one for all its owners
+    int isFactoryGone;     ///< whether there is no factory
 };
 
 enum ServiceFault : uint32_t {

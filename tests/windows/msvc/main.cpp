@@ -22,6 +22,7 @@ constexpr Check checks[] = {
     {"the exported class Plugin", &checkExportedClass},
     {"a life with an enrollment", &checkLife},
     {"delete", &checkDeletion},
+    {"many plugins, one after the other", &checkManyPlugins},
     {"a service that fails", &checkServiceFaults},
     {"every function of the record", &checkRecord},
     {"a host that throws, by the class", &checkExceptions},
