@@ -20,7 +20,10 @@ if(WIN32)
 else()
     set(WREN_MODULE_FOLDER lib/${WREN_PACKAGE})
     set(WREN_STAND_IN_FOLDER ${WREN_MODULE_FOLDER}/stand-in)
-    set_target_properties(kes_wren_presentation_plugin PROPERTIES INSTALL_RPATH "$ORIGIN:$ORIGIN/stand-in")
+    # The same in the build: where the two differ, CMake fills the shorter one up with empty folders, which stand for the
+    # current one.
+    set_target_properties(kes_wren_presentation_plugin PROPERTIES
+        INSTALL_RPATH "$ORIGIN:$ORIGIN/stand-in" BUILD_WITH_INSTALL_RPATH ON)
 endif()
 set(WREN_MODULE_PATH ${WREN_MODULE_FOLDER}/$<TARGET_FILE_NAME:kes_wren_presentation_plugin>)
 

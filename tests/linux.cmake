@@ -26,6 +26,10 @@ if(CMAKE_BUILD_TYPE STREQUAL Release)
         $<TARGET_FILE:kes_wren_presentation_plugin> $<TARGET_FILE:kes_wren_api> $<TARGET_FILE:wren-host>)
 endif()
 
+# Nothing that is built, tests included, takes a library from the current folder.
+add_test(NAME built_files.search_path COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/linux/check-search-path
+    ${CMAKE_LIBRARY_OUTPUT_DIRECTORY} ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+
 # What is installed and packed, of a build that ships.
 if(CMAKE_BUILD_TYPE STREQUAL Release)
     foreach(check install debs documents)
