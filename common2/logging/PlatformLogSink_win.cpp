@@ -26,6 +26,16 @@ std::wstring toWide(const std::string& text) {
 
 constexpr DWORD eventId = 0x45010001;
 
+/// A longer text makes the whole report fail.
+constexpr std::size_t mostUnitsOfAnEvent = 31'839;
+
+/// Cuts a line to what an event can hold, between characters.
+void cutForEvent(std::wstring& line) {
+    if (line.size() > mostUnitsOfAnEvent) {
+        line.resize(mostUnitsOfAnEvent - (IS_HIGH_SURROGATE(line[mostUnitsOfAnEvent - 1]) ? 1 : 0));
+    }
+}
+
 WORD eventTypeOf(const logging::record_view& record) {
     const auto severity = logging::extract<Common2LogSeverity>(logAttribute::severity, record);
     if (severity && severity.get() == DBG_WARN) {
@@ -50,7 +60,8 @@ public:
 
     void consume(const logging::record_view& record) {
         if (source) {
-            const std::wstring line = toWide(formatLogLine(record));
+            std::wstring line = toWide(formatLogLine(record));
+            cutForEvent(line);
             const wchar_t* strings[] = {line.c_str()};
             ::ReportEventW(source, eventTypeOf(record), 0, eventId, nullptr, 1, 0, strings, nullptr);
         }
