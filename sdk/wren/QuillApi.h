@@ -102,7 +102,8 @@ public:
     virtual QuillApiResult Stop() = 0;
 
 protected:
-    /// Connections end with their last owner.
+    /// Connections end with their last owner, which is the plugin as a rule. It lets go under its lock: the
+    /// destructor must not deliver, nor wait for a callback that is under way.
     ~IQuillApi() = default;
 };
 
