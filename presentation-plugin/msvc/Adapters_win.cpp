@@ -22,37 +22,39 @@ public:
         return guardedCall("IQuillApi::Start", [&] { return api->Start(receiver); });
     }
     QuillApiResult InitiateEnrollment(const char* json) override {
-        return guardedCall("IQuillApi::InitiateEnrollment", [&] { return api->InitiateEnrollment(json); });
+        return request("IQuillApi::InitiateEnrollment", &Api::InitiateEnrollment, json);
     }
     QuillApiResult InitiateReEnrollment(const char* json) override {
-        return guardedCall("IQuillApi::InitiateReEnrollment",
-                           [&] { return api->InitiateReEnrollment(json); });
+        return request("IQuillApi::InitiateReEnrollment", &Api::InitiateReEnrollment, json);
     }
     QuillApiResult EnrollmentAuthReply(const char* json) override {
-        return guardedCall("IQuillApi::EnrollmentAuthReply", [&] { return api->EnrollmentAuthReply(json); });
+        return request("IQuillApi::EnrollmentAuthReply", &Api::EnrollmentAuthReply, json);
     }
     QuillApiResult CancelEnrollment(const char* json) override {
-        return guardedCall("IQuillApi::CancelEnrollment", [&] { return api->CancelEnrollment(json); });
+        return request("IQuillApi::CancelEnrollment", &Api::CancelEnrollment, json);
     }
     QuillApiResult InitiateUnenrollment(const char* json) override {
-        return guardedCall("IQuillApi::InitiateUnenrollment",
-                           [&] { return api->InitiateUnenrollment(json); });
+        return request("IQuillApi::InitiateUnenrollment", &Api::InitiateUnenrollment, json);
     }
     QuillApiResult PerformConfigSync(const char* json) override {
-        return guardedCall("IQuillApi::PerformConfigSync", [&] { return api->PerformConfigSync(json); });
+        return request("IQuillApi::PerformConfigSync", &Api::PerformConfigSync, json);
     }
     QuillApiResult TriggerPostureReports(const char* json) override {
-        return guardedCall("IQuillApi::TriggerPostureReports",
-                           [&] { return api->TriggerPostureReports(json); });
+        return request("IQuillApi::TriggerPostureReports", &Api::TriggerPostureReports, json);
     }
     QuillApiResult DataplaneAuthReply(const char* json) override {
-        return guardedCall("IQuillApi::DataplaneAuthReply", [&] { return api->DataplaneAuthReply(json); });
+        return request("IQuillApi::DataplaneAuthReply", &Api::DataplaneAuthReply, json);
     }
     QuillApiResult Stop() override {
         return guardedCall("IQuillApi::Stop", [&] { return api->Stop(); });
     }
 
 private:
+    QuillApiResult request(std::string_view name, QuillApiResult (Api::*operation)(const char*),
+                           const char* json) {
+        return guardedCall(name, [&] { return ((*api).*operation)(json); });
+    }
+
     const std::shared_ptr<Api> api;
     const FindReceiver findReceiver;
 };

@@ -31,7 +31,7 @@ public:
     void* deletingDestructor(unsigned flags) noexcept override;
 
 private:
-    std::shared_ptr<IQuillApiCallbacks> lockTarget();
+    void handOn(void (IQuillApiCallbacks::*document)(const char*), const char* json);
 
     /// The library's class has no members as far as is known; its constructor may use this if it has.
     std::array<std::byte, 60> membersOfTheClass{};

@@ -19,39 +19,35 @@ void Receiver::setTarget(const std::weak_ptr<IQuillApiCallbacks>& receiver) {
     target = receiver;
 }
 
-std::shared_ptr<IQuillApiCallbacks> Receiver::lockTarget() {
-    const std::lock_guard lock(mutex);
-    return target.lock();
+void Receiver::handOn(void (IQuillApiCallbacks::*document)(const char*), const char* json) {
+    std::shared_ptr<IQuillApiCallbacks> receiver;
+    {
+        const std::lock_guard lock(mutex);
+        receiver = target.lock();
+    }
+    if (receiver) {
+        ((*receiver).*document)(json);
+    }
 }
 
 void Receiver::StatusNotification(const char* json) noexcept {
-    if (const auto receiver = lockTarget()) {
-        receiver->StatusNotification(json);
-    }
+    handOn(&IQuillApiCallbacks::StatusNotification, json);
 }
 
 void Receiver::EnrollmentStatusNotification(const char* json) noexcept {
-    if (const auto receiver = lockTarget()) {
-        receiver->EnrollmentStatusNotification(json);
-    }
+    handOn(&IQuillApiCallbacks::EnrollmentStatusNotification, json);
 }
 
 void Receiver::EnrollmentAuthRequest(const char* json) noexcept {
-    if (const auto receiver = lockTarget()) {
-        receiver->EnrollmentAuthRequest(json);
-    }
+    handOn(&IQuillApiCallbacks::EnrollmentAuthRequest, json);
 }
 
 void Receiver::UnenrollmentStatusNotification(const char* json) noexcept {
-    if (const auto receiver = lockTarget()) {
-        receiver->UnenrollmentStatusNotification(json);
-    }
+    handOn(&IQuillApiCallbacks::UnenrollmentStatusNotification, json);
 }
 
 void Receiver::DataplaneNotification(const char* json) noexcept {
-    if (const auto receiver = lockTarget()) {
-        receiver->DataplaneNotification(json);
-    }
+    handOn(&IQuillApiCallbacks::DataplaneNotification, json);
 }
 
 void* Receiver::deletingDestructor(unsigned) noexcept { return this; }
