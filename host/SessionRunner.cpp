@@ -64,7 +64,7 @@ SessionRunner::~SessionRunner() {
     objects.clear();
     replaced.clear();
     backend.observe(nullptr, nullptr);
-    // What the stand-in remembers for late documents lies in the module, which may be unloaded after this.
+    // Receivers that it remembers for late documents would cost memory at each unloading of the module.
     backend.forgetReceivers();
     backend.reset(); // the library may stay, for the next session
 }

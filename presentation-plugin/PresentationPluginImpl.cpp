@@ -11,6 +11,8 @@
 namespace {
 
 /// Copies a text out by the contract of the text getters.
+/// @param size of the buffer in bytes; receives what the text needs with its zero if that is more
+/// @return the getter's result
 std::int32_t copyText(std::string_view text, char* buffer, std::uint32_t* size) {
     if (!size) {
         return presentationFailed;
@@ -26,12 +28,15 @@ std::int32_t copyText(std::string_view text, char* buffer, std::uint32_t* size) 
 }
 
 /// A lifecycle line: what happens to the plugin, and which version it is.
+/// @param function in whose name it is written
+/// @param line of the statement that calls this
 void logLife(Common2LogSeverity severity, std::string_view happening, std::string_view function,
              int line = __builtin_LINE()) {
     COMMON2_LOG_AT(severity, common2::sourceName(__FILE__), line, function)
         << happening << " WREN Presentation Plugin Version '" << pluginIdentity::version << '\'';
 }
 
+/// The user agent of the browser popups.
 std::string describeClient() {
     std::string description = pluginIdentity::suiteAndLabel;
     description.append(" ").append(pluginIdentity::version);
@@ -41,7 +46,8 @@ std::string describeClient() {
 } // namespace
 
 PresentationPluginImpl::PresentationPluginImpl(const std::weak_ptr<IQuillApiFactory>& factory)
-    : apiFactory(factory)
+    : self(*this)
+    , apiFactory(factory)
     , sm(static_cast<IPresentationPluginSmCallbacks&>(*this), quillSmlLogger())
     , eventStore(std::make_shared<CEventStore>())
     , alertBrowserPopup(eventStore, "wren_alert_browser", "quill_alert_browser_dialog",
@@ -51,12 +57,6 @@ PresentationPluginImpl::PresentationPluginImpl(const std::weak_ptr<IQuillApiFact
     , dataplaneAuthBrowserPopup(eventStore, "wren_auth_browser", "quill_dataplane_auth_browser_dialog",
                                 "quill_dataplane_auth_browser_web_control",
                                 "quill_dataplane_auth_browser_close_btn") {
-    // The promise lives with the deleter: whoever lets go last may still be inside it when the destructor of
-    // this object wakes up.
-    const auto released = std::make_shared<std::promise<void>>();
-    selfReleased = released->get_future();
-    self = std::shared_ptr<PresentationPluginImpl>(this, [released](auto*) { released->set_value(); });
-
     logLife(DBG_TRACE, "Created", "PresentationPluginImpl::PresentationPluginImpl");
     clientDescription = describeClient();
 }
@@ -74,9 +74,9 @@ PresentationPluginImpl::~PresentationPluginImpl() {
         }
         logLife(DBG_TRACE, "Destroyed", function);
     }
-    // The backend locks its weak pointer around each call, so once nobody holds the object, nobody is inside.
-    self.reset();
-    selfReleased.wait();
+    // The backend locks its weak pointer around each call, so once nobody owns the object, nobody is inside.
+    // Nor does a thread of the backend come back for the pointer: the host may unload the module at once.
+    self.end();
 }
 
 bool PresentationPluginImpl::SupportsInterface(const char* name, int version) {

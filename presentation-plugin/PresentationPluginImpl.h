@@ -11,6 +11,7 @@
 /// - PresentationPluginImplProgress.cpp: the screen while an enrollment or unenrollment runs; dialogs
 #pragma once
 
+#include "common2/util/LentObject.h"
 #include "common2/util/Mutex.h"
 #include "presentation-plugin/ErrorPopupState.h"
 #include "presentation-plugin/HostCallbacks.h"
@@ -33,7 +34,6 @@
 
 #include <array>
 #include <cstdint>
-#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -225,11 +225,9 @@ private:
     void displayEnrollmentCompletion(EnrollmentSubstatus substatus) WHILE_LOCKED;
     void congratulate() WHILE_LOCKED;
 
-    common2::Mutex smMutex;         ///< the one mutex
-    HostCallbacks host;             ///< has a lock of its own
-    std::future<void> selfReleased; ///< ready when nobody holds `self` any more
-    std::shared_ptr<PresentationPluginImpl>
-        self; ///< this object, not owned; what the backend's pointers share
+    common2::Mutex smMutex;                       ///< the one mutex
+    HostCallbacks host;                           ///< has a lock of its own
+    common2::LentObject<IQuillApiCallbacks> self; ///< to the backend
     std::weak_ptr<IQuillApiFactory> apiFactory GUARDED;
     std::shared_ptr<IQuillApi> api GUARDED; ///< while started
     PresentationPluginMachine sm GUARDED;

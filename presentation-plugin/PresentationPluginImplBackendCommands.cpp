@@ -30,7 +30,7 @@ void PresentationPluginImpl::actionStartApi() {
         logResult(function, createFailed, created);
         throw ApiError_ex(createFailed);
     }
-    const QuillApiResult started = api->Start(std::shared_ptr<IQuillApiCallbacks>(self));
+    const QuillApiResult started = api->Start(self.pointer());
     if (started != QuillApiResult::Success) {
         api.reset();
         logResult(function, startFailed, started);

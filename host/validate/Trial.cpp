@@ -49,7 +49,7 @@ void Trial::unload() {
     object.reset();
     if (controls) {
         controls->observe(nullptr, nullptr);
-        // What the stand-in remembers for late documents lies in the module.
+        // Receivers that it remembers for late documents would cost memory at each unloading.
         controls->forgetReceivers();
         controls->reset();
         controls.reset();

@@ -8,7 +8,7 @@
 
 namespace msvc {
 
-/// Counts the owners of one object. The table's four slots are in the library's order.
+/// Counts the owners of one object of the other side. The table's four slots are in the library's order.
 class ControlBlock {
 public:
     virtual void destroy() noexcept = 0;    ///< the object, when its last owner goes
@@ -32,7 +32,6 @@ public:
             dropWeak(); // all owners together hold one
         }
     }
-    void addWeak() noexcept { ++weaks; }
     void dropWeak() noexcept {
         if (--weaks == 0) {
             deleteThis();

@@ -1,6 +1,7 @@
 /// A receiver of the plugin as a service library of Microsoft's compiler holds it.
 #pragma once
 
+#include "common2/util/LentBlock.h"
 #include "presentation-plugin/msvc/Service.h"
 
 #include <array>
@@ -27,7 +28,7 @@ public:
     void EnrollmentAuthRequest(const char* json) noexcept override;
     void UnenrollmentStatusNotification(const char* json) noexcept override;
     void DataplaneNotification(const char* json) noexcept override;
-    /// Its control block destroys it: a call from elsewhere does nothing.
+    /// Its owner destroys it: a call from elsewhere does nothing.
     void* deletingDestructor(unsigned flags) noexcept override;
 
 private:
@@ -40,26 +41,22 @@ private:
     std::weak_ptr<IQuillApiCallbacks> target; ///< under the mutex
 };
 
-/// A receiver and the count of its owners, of which its maker is the first.
-class ReceiverBlock final : public ControlBlock {
+/// A receiver that the library observes.
+class LentReceiver {
 public:
-    explicit ReceiverBlock(const Exports& library);
-    ReceiverBlock(const ReceiverBlock&) = delete;
-    ReceiverBlock& operator=(const ReceiverBlock&) = delete;
+    explicit LentReceiver(const Exports& library);
+    LentReceiver(const LentReceiver&) = delete;
+    LentReceiver& operator=(const LentReceiver&) = delete;
+    /// Waits for threads of the library that use it. It may go on observing.
+    ~LentReceiver();
 
-    Receiver& receiver() { return held; }
-
-    void destroy() noexcept override;
-    void deleteThis() noexcept override;
-    void* deletingDestructor(unsigned flags) noexcept override;
-    void* getDeleter(const void* type) const noexcept override;
+    /// @param receiver that it stands for from now on
+    /// @return with an observation of its own
+    WeakPointer<Callbacks> pointer(const std::weak_ptr<IQuillApiCallbacks>& receiver);
 
 private:
-    ~ReceiverBlock() {}
-
-    union { // ends before the block does
-        Receiver held;
-    };
+    Receiver held;
+    common2::LentBlock* const block;
 };
 
 } // namespace msvc

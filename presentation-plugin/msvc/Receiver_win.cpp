@@ -52,15 +52,16 @@ void Receiver::DataplaneNotification(const char* json) noexcept {
 
 void* Receiver::deletingDestructor(unsigned) noexcept { return this; }
 
-ReceiverBlock::ReceiverBlock(const Exports& library)
-    : held(library) {}
+LentReceiver::LentReceiver(const Exports& library)
+    : held(library)
+    , block(common2::LentBlock::make()) {}
 
-void ReceiverBlock::destroy() noexcept { held.~Receiver(); }
+LentReceiver::~LentReceiver() { block->end(); }
 
-void ReceiverBlock::deleteThis() noexcept { delete this; }
-
-void* ReceiverBlock::deletingDestructor(unsigned) noexcept { return this; }
-
-void* ReceiverBlock::getDeleter(const void*) const noexcept { return nullptr; }
+WeakPointer<Callbacks> LentReceiver::pointer(const std::weak_ptr<IQuillApiCallbacks>& receiver) {
+    held.setTarget(receiver);
+    block->addObserver();
+    return {&held, reinterpret_cast<ControlBlock*>(block)};
+}
 
 } // namespace msvc

@@ -40,10 +40,7 @@ public:
 
 private:
     using AnyExports = std::variant<std::monostate, OwnExports, Exports>;
-    struct DropUse {
-        void operator()(ReceiverBlock* block) const { block->dropUse(); }
-    };
-    using OwnedReceiver = std::unique_ptr<ReceiverBlock, DropUse>;
+    using OwnedReceiver = std::unique_ptr<LentReceiver>;
 
     ServiceLibrary() = default;
 

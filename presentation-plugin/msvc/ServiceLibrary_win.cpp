@@ -166,7 +166,7 @@ void ServiceLibrary::construct(IQuillApiCallbacks* callbacks) {
     if (const auto* own = std::get_if<OwnExports>(&used)) {
         own->constructCallbacks(callbacks);
     } else if (const auto* other = std::get_if<Exports>(&used)) {
-        OwnedReceiver receiver(new ReceiverBlock(*other));
+        auto receiver = std::make_unique<LentReceiver>(*other);
         const std::lock_guard lock(mutex);
         receivers.emplace(callbacks, std::move(receiver));
     }
@@ -178,7 +178,7 @@ void ServiceLibrary::destruct(IQuillApiCallbacks* callbacks) noexcept {
         own->destructCallbacks(callbacks);
         return;
     }
-    OwnedReceiver ended; // its end calls the library
+    OwnedReceiver ended; // its end waits for the library's threads, and calls the library
     const std::lock_guard lock(mutex);
     if (auto found = receivers.extract(callbacks)) {
         ended = std::move(found.mapped());
@@ -192,10 +192,7 @@ WeakPointer<Callbacks> ServiceLibrary::findReceiver(const std::weak_ptr<IQuillAp
     if (found == receivers.end()) {
         return {};
     }
-    ReceiverBlock& block = *found->second;
-    block.receiver().setTarget(callbacks);
-    block.addWeak();
-    return {&block.receiver(), &block};
+    return found->second->pointer(callbacks);
 }
 
 } // namespace msvc

@@ -51,7 +51,7 @@ class ModuleTest : public testing::Test {
 protected:
     void SetUp() override { wrensim_set_quiet(true); }
     void TearDown() override {
-        // The stand-in remembers receivers for late documents, and they lie in the module.
+        // Receivers that it remembers for late documents would cost memory at each unloading.
         wrensim_forget_receivers();
         wrensim_set_quiet(false);
     }

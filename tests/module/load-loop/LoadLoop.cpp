@@ -14,6 +14,7 @@
 #include "host/PluginModule.h"
 #include "tests/module/load-loop/LoopSystem.h"
 #include "tests/support/Holdings.h"
+#include "tests/support/QuietHost.h"
 
 #include <atomic>
 #include <charconv>
@@ -41,19 +42,6 @@ constexpr std::size_t allowedMappings = 8;
 
 constexpr const char* statusDocument =
     R"({"version":"1.0","service_status":"started","enrollment_status":{"status":"not_enrolled"}})";
-
-class QuietHost final : public IPresentationCB, public ITranslator {
-public:
-    std::int32_t Notify(std::uintptr_t, const char*) override {
-        ++notices;
-        return 0;
-    }
-    std::int32_t StopDone(std::uintptr_t) override { return 0; }
-    std::int32_t TranslatorOperation1(std::uintptr_t, std::uintptr_t, std::uintptr_t) override { return 0; }
-    std::int32_t TranslatorOperation2(std::uintptr_t, std::uintptr_t, std::uintptr_t) override { return 0; }
-
-    std::atomic<unsigned long> notices = 0;
-};
 
 /// Calls that reach into every corner that could leave something on a thread: parsing, logging, notices.
 void use(IPresentationPluginV3& plugin) {
@@ -163,7 +151,7 @@ private:
 /// One life of the module.
 /// @return what is wrong; empty if nothing is
 std::string runRound(Workers& workers) {
-    QuietHost counting;
+    test::QuietHost counting;
     std::optional<PassingThreads> passing;
     {
         const host::PluginModule module(host::defaultModulePath());

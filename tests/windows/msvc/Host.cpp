@@ -49,6 +49,7 @@ Libraries::Libraries(const char* moduleFile, const char* service) {
         find(library, "serviceDeliver", deliver);
         find(library, "serviceTakeRequest", takeRequest);
         find(library, "serviceCounts", counts);
+        find(library, "serviceDeliverAlways", deliverAlways);
     }
     module = LoadLibraryA(moduleFile);
     CHECK(module != nullptr);

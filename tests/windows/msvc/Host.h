@@ -44,6 +44,7 @@ struct Libraries {
     decltype(&serviceDeliver) deliver;
     decltype(&serviceTakeRequest) takeRequest;
     decltype(&serviceCounts) counts;
+    decltype(&serviceDeliverAlways) deliverAlways;
 
     /// @param service null loads none
     Libraries(const char* moduleFile, const char* service);
@@ -117,5 +118,7 @@ void checkExceptions(const Libraries& libraries);
 void checkRecordExceptions(const Libraries& libraries);
 void checkServiceExceptions(const Libraries& libraries);
 void checkManyLives(const char* moduleFile, const char* service, int lives);
+/// The module is unloaded under the threads of the service.
+void checkUnloading(const char* moduleFile, const char* service, int lives);
 
 } // namespace foreign

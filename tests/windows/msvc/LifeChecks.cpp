@@ -171,4 +171,27 @@ void checkManyLives(const char* moduleFile, const char* service, int lives) {
     CHECK(before > 0 && after <= before);
 }
 
+// The service keeps its weak pointer until the next start: it lets go of it when the module has gone.
+void checkUnloading(const char* moduleFile, const char* service, int lives) {
+    constexpr int threads = 4;
+    constexpr unsigned noticesOfALife = 5 + 8; // of the start, and of some documents
+    for (int life = 0; life < lives; ++life) {
+        const Libraries libraries(moduleFile, service);
+        libraries.deliverAlways(threads, notEnrolled);
+        Callbacks callbacks;
+        IPresentationPluginV3* const plugin = make(libraries, callbacks);
+        CHECK(plugin->Start() == 0);
+        while (*static_cast<unsigned volatile*>(&callbacks.notices) < noticesOfALife) {
+            Sleep(0);
+        }
+        CHECK(libraries.disposePlugin(plugin));
+        CHECK(FreeLibrary(libraries.module));
+        CHECK(GetModuleHandleA("kes_wren_presentation_plugin.dll") == nullptr);
+    }
+    const Libraries libraries(moduleFile, service);
+    libraries.deliverAlways(0, nullptr);
+    CHECK(FreeLibrary(libraries.module));
+    printf("%d unloadings under %d threads\n", lives, threads);
+}
+
 } // namespace foreign

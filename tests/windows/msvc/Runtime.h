@@ -20,10 +20,12 @@ using Handle = void*;
 using ThreadFunction = unsigned long(__stdcall*)(void*);
 __declspec(dllimport) Handle __stdcall LoadLibraryA(const char* file);
 __declspec(dllimport) int __stdcall FreeLibrary(Handle library);
+__declspec(dllimport) Handle __stdcall GetModuleHandleA(const char* file);
 __declspec(dllimport) void* __stdcall GetProcAddress(Handle library, const char* name);
 __declspec(dllimport) Handle __stdcall CreateThread(void* security, size_t stack, ThreadFunction function,
                                                     void* argument, unsigned long flags, unsigned long* id);
 __declspec(dllimport) unsigned long __stdcall WaitForSingleObject(Handle object, unsigned long milliseconds);
+__declspec(dllimport) void __stdcall Sleep(unsigned long milliseconds);
 __declspec(dllimport) int __stdcall CloseHandle(Handle object);
 __declspec(dllimport) int __stdcall GetHandleInformation(Handle object, unsigned long* flags);
 __declspec(dllimport) unsigned long __stdcall GetCurrentThreadId();

@@ -21,7 +21,33 @@ IQuillApiCallbacks::~IQuillApiCallbacks() { ++counts.receiversEnded; }
 
 namespace {
 
-std::weak_ptr<IQuillApiCallbacks> receiver;
+/// The receiver, which several threads look at.
+class Receiver {
+public:
+    void set(const std::weak_ptr<IQuillApiCallbacks>& given) {
+        acquire();
+        receiver = given;
+        release();
+    }
+    std::weak_ptr<IQuillApiCallbacks> get() {
+        acquire();
+        std::weak_ptr<IQuillApiCallbacks> copy = receiver;
+        release();
+        return copy;
+    }
+
+private:
+    void acquire() {
+        while (_InterlockedCompareExchange(&isTaken, 1, 0) != 0) {
+            Sleep(0);
+        }
+    }
+    void release() { _InterlockedCompareExchange(&isTaken, 0, 1); }
+
+    long volatile isTaken = 0;
+    std::weak_ptr<IQuillApiCallbacks> receiver;
+};
+Receiver receiver;
 
 QuillApiResult note(const char* operation, const char* json) {
     snprintf(request, sizeof request, "%s %s", operation, json);
@@ -37,7 +63,7 @@ public:
     ~Api() { --counts.connections; }
 
     QuillApiResult Start(std::weak_ptr<IQuillApiCallbacks> callbacks) override {
-        receiver = callbacks;
+        receiver.set(callbacks);
         if (fault == serviceStartThrows) {
             throw Failure{4};
         }
@@ -104,9 +130,24 @@ unsigned long __stdcall deliver(void* argument) {
         &IQuillApiCallbacks::StatusNotification, &IQuillApiCallbacks::EnrollmentStatusNotification,
         &IQuillApiCallbacks::EnrollmentAuthRequest, &IQuillApiCallbacks::UnenrollmentStatusNotification,
         &IQuillApiCallbacks::DataplaneNotification};
-    if (const std::shared_ptr<IQuillApiCallbacks> locked = receiver.lock()) {
+    if (const std::shared_ptr<IQuillApiCallbacks> locked = receiver.get().lock()) {
         ((*locked.operator->()).*callbacks[delivery->document])(delivery->json);
         delivery->isDone = true;
+    }
+    return 0;
+}
+
+constexpr int mostThreads = 8;
+Handle delivering[mostThreads];
+int deliveringCount = 0;
+const char* documentOfAll = nullptr; ///< null ends the threads
+
+unsigned long __stdcall deliverAlways(void*) {
+    while (const char* const json = *static_cast<const char* const volatile*>(&documentOfAll)) {
+        if (const std::shared_ptr<IQuillApiCallbacks> locked = receiver.get().lock()) {
+            locked->StatusNotification(json);
+        }
+        Sleep(0); // who ends the plugin needs its turn
     }
     return 0;
 }
@@ -153,8 +194,20 @@ const char* serviceTakeRequest() {
     return taken;
 }
 
+void serviceDeliverAlways(int threads, const char* json) {
+    documentOfAll = threads > 0 ? json : nullptr;
+    while (deliveringCount < threads && deliveringCount < mostThreads) {
+        delivering[deliveringCount++] = CreateThread(nullptr, 0, &deliverAlways, nullptr, 0, nullptr);
+    }
+    while (deliveringCount > 0 && threads == 0) {
+        const Handle thread = delivering[--deliveringCount];
+        WaitForSingleObject(thread, 0xFFFFFFFF);
+        CloseHandle(thread);
+    }
+}
+
 ServiceCounts serviceCounts() {
-    counts.receiverUses = receiver.use_count();
+    counts.receiverUses = receiver.get().use_count();
     counts.factoryObservers = factory.weak_count();
     counts.isFactoryGone = factory ? 0 : 1;
     return counts;

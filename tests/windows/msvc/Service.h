@@ -36,4 +36,9 @@ __declspec(dllexport) int serviceDeliver(int document, const char* json);
 /// The latest request as "Operation JSON", and forgets it; empty if there was none.
 __declspec(dllexport) const char* serviceTakeRequest();
 __declspec(dllexport) ServiceCounts serviceCounts();
+
+/// Lets so many threads of the service's own deliver documents to whatever receiver there is, without pause,
+/// also while the plugin stops and after that.
+/// @param threads at most 8; 0 ends them all
+__declspec(dllexport) void serviceDeliverAlways(int threads, const char* json);
 }
