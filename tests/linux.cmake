@@ -18,6 +18,22 @@ function(wren_tests program)
     endforeach()
 endfunction()
 
+# Locales of hosts that follow their user. Nothing of it needs the system to have them.
+find_program(WREN_LOCALEDEF localedef REQUIRED)
+set(locales_folder ${CMAKE_CURRENT_BINARY_DIR}/locales)
+set(locales)
+foreach(locale tr_TR.ISO-8859-9 fr_FR.ISO-8859-1 ja_JP.EUC-JP)
+    string(REPLACE "." ";" parts ${locale})
+    list(GET parts 0 language)
+    list(GET parts 1 encoding)
+    add_custom_command(OUTPUT ${locales_folder}/${locale}/LC_CTYPE
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${locales_folder}
+        COMMAND ${WREN_LOCALEDEF} --no-archive -i ${language} -f ${encoding} ${locales_folder}/${locale})
+    list(APPEND locales ${locales_folder}/${locale}/LC_CTYPE)
+endforeach()
+add_custom_target(wren_locales ALL DEPENDS ${locales})
+add_compile_definitions(WREN_LOCALES_FOLDER="${locales_folder}")
+
 macro(wren_system_tests)
 
 # What ships has the system's defences.

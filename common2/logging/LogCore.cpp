@@ -86,7 +86,9 @@ std::string formatLogLine(const boost::log::record_view& record) {
     line += "/ ";
     appendText(line, record, logAttribute::file);
     line += ':';
-    appendStreamed<int>(line, record, logAttribute::line);
+    if (const auto number = logging::extract<int>(logAttribute::line, record)) {
+        line += std::to_string(number.get()); // a stream would group its digits if the host's locale does
+    }
     line += ' ';
     appendText(line, record, logAttribute::function);
     line += "() ";

@@ -3,7 +3,6 @@
 #include "common/PluginIdentity.h"
 #include "presentation-plugin/xml/StatisticsComposition.h"
 
-#include <cctype>
 #include <charconv>
 
 namespace {
@@ -155,11 +154,19 @@ StatOverviewValues statOverviewValues(const StatusNotification_t& status) {
     return values;
 }
 
+namespace {
+
+/// The C library's own follows the host's locale, which may take a byte of a character for a letter.
+char withCapital(char letter) noexcept {
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+} // namespace
+
 std::string statOverviewTitle(std::string_view state) {
     std::string title = pluginIdentity::label;
     if (!state.empty()) {
-        title.append(" (").append(1,
-                                  static_cast<char>(std::toupper(static_cast<unsigned char>(state.front()))));
+        title.append(" (").append(1, withCapital(state.front()));
         title.append(state.substr(1)).append(")");
     }
     return title;

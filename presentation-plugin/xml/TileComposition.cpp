@@ -5,7 +5,6 @@
 #include "xml/UiNoticeHelpers.h"
 
 #include <array>
-#include <cctype>
 
 namespace {
 
@@ -46,10 +45,6 @@ void composeTile(XmlUINotice& notice, const TileContent& content, bool tellHisto
 }
 
 bool hasVisibleText(const char* text) noexcept {
-    for (; *text; ++text) {
-        if (!std::isspace(static_cast<unsigned char>(*text))) {
-            return true;
-        }
-    }
-    return false;
+    // Not the C library's opinion, which follows the host's locale.
+    return std::string_view(text).find_first_not_of(" \t\n\v\f\r") != std::string_view::npos;
 }

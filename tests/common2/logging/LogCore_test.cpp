@@ -12,6 +12,7 @@
 #include <boost/log/core/record.hpp>
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <sstream>
 #include <string>
 
@@ -60,6 +61,18 @@ TEST_F(LogLineTest, HoldsEveryPartInItsPlace) {
     with(names::message, std::string("the message"));
     EXPECT_EQ(line(), "2024-03-09 07:05:02.000042 some_source[" + streamed(threadId) + ", " +
                           streamed(processId) + "] W/ Some:17 Some::operation() the message");
+}
+
+TEST_F(LogLineTest, NumbersAreWrittenAlikeInEveryLocale) {
+    struct Grouping : std::numpunct<char> {
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    with(names::line, 12345);
+    const std::locale former = std::locale::global(std::locale(std::locale::classic(), new Grouping));
+    const std::string text = line();
+    std::locale::global(former);
+    EXPECT_EQ(text, " [, ] / :12345 () ");
 }
 
 TEST_F(LogLineTest, AttributeThatIsMissingLeavesItsPlaceEmpty) { EXPECT_EQ(line(), " [, ] / : () "); }
