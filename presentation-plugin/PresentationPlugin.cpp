@@ -48,19 +48,19 @@ Plugin* CreatePlugin(const char* interfaceName) {
     if (!isWanted(interfaceName, presentationInterfaceName, function)) {
         return nullptr;
     }
-    std::weak_ptr<IQuillApiFactory> factory;
-    const QuillApiResult result = GetQuillApiFactory(factory);
-    if (result != QuillApiResult::Success) {
-        COMMON2_LOG(DBG_ERROR, function)
-            << "GetQuillApiFactory returned error " << quillApiResultName(result);
-        return nullptr;
-    }
     try {
-        return asPlugin(new PresentationPluginImpl(factory));
+        std::weak_ptr<IQuillApiFactory> factory;
+        const QuillApiResult code = GetQuillApiFactory(factory);
+        if (code == QuillApiResult::Success) {
+            return asPlugin(new PresentationPluginImpl(factory));
+        }
+        COMMON2_LOG(DBG_ERROR, function) << "GetQuillApiFactory returned error " << quillApiResultName(code);
     } catch (const std::exception& failure) {
         COMMON2_LOG(DBG_ERROR, function) << "Couldn't create the plugin: " << failure.what();
-        return nullptr;
+    } catch (...) {
+        COMMON2_LOG(DBG_ERROR, function) << "Couldn't create the plugin: unknown exception";
     }
+    return nullptr;
 }
 
 bool DisposePlugin(Plugin* plugin) {

@@ -145,10 +145,11 @@ private:
 
     /// Raises an event under `smMutex`, which the caller holds, and warns in the name of `function` where the
     /// machine does not take it.
-    /// @param line where that operation raises it
+    /// @param file with `line` where that operation raises it
     /// @return whether the machine took it
     template <class Event>
-    bool raise(const Event& event, std::string_view function, int line = __builtin_LINE()) WHILE_LOCKED;
+    bool raise(const Event& event, std::string_view function, const char* file = __builtin_FILE(),
+               int line = __builtin_LINE()) WHILE_LOCKED;
 
     // What the user did: one route for each group of kinds.
     void routeEnroll() WHILE_LOCKED;

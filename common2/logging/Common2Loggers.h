@@ -46,10 +46,12 @@ constexpr std::string_view logFileName(std::string_view path) noexcept {
 
 /// The name by which a source file logs: its own name without folders and ending, the same wherever and by
 /// whatever compiler it is built.
-consteval std::string_view sourceName(std::string_view path) {
+constexpr std::string_view nameOfSource(std::string_view path) {
     const std::string_view name = path.substr(path.find_last_of("/\\") + 1);
     return name.substr(0, name.rfind('.'));
 }
+/// The same of a path that is known when the program is compiled.
+consteval std::string_view sourceName(std::string_view path) { return nameOfSource(path); }
 
 /// One record being written: opened by the constructor, if the filter lets it pass, and handed to the log
 /// core by the destructor. Use the macros above.

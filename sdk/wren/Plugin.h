@@ -4,7 +4,11 @@
 /// A host loads the module, asks `GetAvailableInterfaces`, makes an object with `CreatePlugin`, asks it by
 /// `SupportsInterface` for the version that it wants, casts it to that version's interface
 /// (wren/PresentationPlugin.h: `static_cast`, since a `dynamic_cast` would need the module at link time),
-/// drives it, and gives it back to `DisposePlugin`. Nothing here throws.
+/// drives it, and gives it back to `DisposePlugin`.
+///
+/// The exported functions throw nothing. Operations of an object let out what they meet: `std::bad_alloc`, a
+/// `std::system_error` of the object's lock, or what a host's callback throws outside the machine. On Windows
+/// the module logs it instead, and the operation returns `presentationFailed` or false.
 ///
 /// On Windows the object's table is the one that Microsoft's compiler lays out: 16 slots, the destructor in
 /// slot 1. Every compiler reads it through these headers; `dynamic_cast` and `typeid` of an object work with

@@ -208,6 +208,24 @@ TEST_F(BackendFaults, WithoutAFactoryThereIsNoPlugin) {
     EXPECT_NE(test::makePlugin(Interface::C), nullptr);
 }
 
+TEST_F(BackendFaults, AFactoryThatIsAskedAndThrowsLeavesNoPlugin) {
+    auto& backend = test::MemoryBackend::instance();
+    backend.reset();
+    struct Unheard {};
+    for (const bool isStandard : {true, false}) {
+        backend.hook = [&](test::BackendCall, const char*) {
+            if (isStandard) {
+                throw std::runtime_error("no service");
+            }
+            throw Unheard();
+        };
+        EXPECT_EQ(CreatePlugin("com.norvane.vantor.presentation"), nullptr);
+    }
+    backend.reset();
+    EXPECT_THAT(logged(), testing::IsSupersetOf({"3 Couldn't create the plugin: no service",
+                                                 "3 Couldn't create the plugin: unknown exception"}));
+}
+
 TEST_F(BackendFaults, DocumentsThatComeWhileTheBackendFailsToStartAreTurnedAway) {
     Scene scene;
     std::shared_ptr<IQuillApiCallbacks> receiver;
