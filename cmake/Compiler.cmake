@@ -63,7 +63,7 @@ if(CMAKE_BUILD_TYPE STREQUAL Release)
             LINKER:--major-os-version=6,--minor-os-version=1,--major-subsystem-version=6,--minor-subsystem-version=1
             LINKER:--no-insert-timestamp,--gc-sections)
     else()
-        add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fcf-protection=full)
+        add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
         add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)
     endif()
 endif()
