@@ -22,6 +22,29 @@ void insertAtFront(VantorDeviceID::Bytes& bytes, const VantorDeviceID::Bytes& pi
     bytes.insert(bytes.begin(), piece.begin(), piece.end());
 }
 
+using Query = std::uint32_t (RegistryKey::*)(const wchar_t*, VantorDeviceID::Bytes&) const;
+
+/// Reads one value below HKEY_LOCAL_MACHINE. A failure is logged; an empty value is one.
+bool readValue(const wchar_t* path, const wchar_t* value, std::uint32_t access, Query query,
+               VantorDeviceID::Bytes& bytes) {
+    constexpr const char* function = "VantorDeviceID::getBinaryRegistryKey";
+    bytes.clear();
+    RegistryKey key;
+    if (const auto error = key.Open(path, access)) {
+        COMMON2_LOG(DBG_WARN, function) << "CRegKey::Open returned error " << error;
+        return false;
+    }
+    if (const auto error = (key.*query)(value, bytes)) {
+        COMMON2_LOG(DBG_WARN, function) << "CRegKey::QueryBinaryValue returned error " << error;
+        return false;
+    }
+    if (bytes.empty()) {
+        COMMON2_LOG(DBG_WARN, function) << "CRegKey::QueryBinaryValue returned zero value size";
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 std::error_code VantorDeviceID::GetDeviceID(Bytes& id) const {
@@ -104,27 +127,14 @@ bool VantorDeviceID::getDeviceDetailsFromOS(Details& details) const {
 }
 
 bool VantorDeviceID::getUDIDNonceFromRegistryKey(Bytes& nonce) const {
-    return getBinaryRegistryKey(deviceDetailsKey, nonceValue, false, nonce) && nonce.size() == nonceSize;
+    return readValue(deviceDetailsKey, nonceValue, RegistryKey::readAccess, &RegistryKey::QueryValue,
+                     nonce) &&
+           nonce.size() == nonceSize;
 }
 
 bool VantorDeviceID::getBinaryRegistryKey(const wchar_t* path, const wchar_t* value, bool wow64,
                                           Bytes& bytes) {
-    constexpr const char* function = "VantorDeviceID::getBinaryRegistryKey";
-    bytes.clear();
-    RegistryKey key;
     const bool wants64Bit = wow64 && OsVerApi::Is64BitSystem();
-    if (const auto error =
-            key.Open(path, wants64Bit ? RegistryKey::readAccessOf64Bit : RegistryKey::readAccess)) {
-        COMMON2_LOG(DBG_WARN, function) << "CRegKey::Open returned error " << error;
-        return false;
-    }
-    if (const auto error = key.QueryBinaryValue(value, bytes)) {
-        COMMON2_LOG(DBG_WARN, function) << "CRegKey::QueryBinaryValue returned error " << error;
-        return false;
-    }
-    if (bytes.empty()) {
-        COMMON2_LOG(DBG_WARN, function) << "CRegKey::QueryBinaryValue returned zero value size";
-        return false;
-    }
-    return true;
+    return readValue(path, value, wants64Bit ? RegistryKey::readAccessOf64Bit : RegistryKey::readAccess,
+                     &RegistryKey::QueryBinaryValue, bytes);
 }

@@ -35,7 +35,7 @@ public:
     bool getDeviceDetailsFromCache(Details& details) const;
     /// The details that the system itself has; at least one, or it is a failure.
     bool getDeviceDetailsFromOS(Details& details) const;
-    /// The installation's nonce of 4 bytes.
+    /// The installation's nonce: a value of 4 bytes, whatever its type.
     bool getUDIDNonceFromRegistryKey(Bytes& nonce) const;
 
     /// Reads one value of bytes below HKEY_LOCAL_MACHINE.

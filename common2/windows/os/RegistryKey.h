@@ -23,6 +23,11 @@ public:
     /// @return 0, or the system's error code; then the key stays closed
     std::uint32_t Open(const wchar_t* path, std::uint32_t access);
 
+    /// Reads a value of any type as it is stored, asking its size first.
+    /// @param bytes takes the value; empty on failure, and for a value of size 0
+    /// @return 0, or the system's error code
+    std::uint32_t QueryValue(const wchar_t* name, std::vector<unsigned char>& bytes) const;
+
     /// Reads a value of bytes, asking its size first.
     /// @param bytes takes the value; empty on failure, and for a value of size 0
     /// @return 0, or the system's error code, also for a value of another type

@@ -90,7 +90,7 @@ std::uint32_t RegistryKey::Open(const wchar_t* path, std::uint32_t) {
     return 0;
 }
 
-std::uint32_t RegistryKey::QueryBinaryValue(const wchar_t* name, std::vector<unsigned char>& bytes) const {
+std::uint32_t RegistryKey::QueryValue(const wchar_t* name, std::vector<unsigned char>& bytes) const {
     bytes.clear();
     if (!handle) {
         return EBADF;
@@ -102,9 +102,14 @@ std::uint32_t RegistryKey::QueryBinaryValue(const wchar_t* name, std::vector<uns
     return error;
 }
 
+/// A file has no type.
+std::uint32_t RegistryKey::QueryBinaryValue(const wchar_t* name, std::vector<unsigned char>& bytes) const {
+    return QueryValue(name, bytes);
+}
+
 std::uint32_t RegistryKey::QueryStringValue(const wchar_t* name, std::string& text) const {
     std::vector<unsigned char> bytes;
-    const std::uint32_t error = QueryBinaryValue(name, bytes);
+    const std::uint32_t error = QueryValue(name, bytes);
     text.assign(bytes.begin(), bytes.end());
     // Whoever writes the file with an editor or `echo` leaves the end of a line.
     text.erase(text.find_last_not_of("\r\n") + 1);

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 struct RegistryKey::Handle {
     HKEY key = nullptr;
 
@@ -22,12 +24,14 @@ static_assert(RegistryKey::readAccessOf64Bit == (KEY_READ | KEY_WOW64_64KEY));
 
 namespace {
 
-/// Reads a value of one type, asking its size first.
-std::uint32_t query(HKEY key, const wchar_t* name, DWORD wanted, std::vector<unsigned char>& bytes) {
+/// Reads a value, asking its size first.
+/// @param wanted the value's type; none takes a value of any
+std::uint32_t query(HKEY key, const wchar_t* name, std::optional<DWORD> wanted,
+                    std::vector<unsigned char>& bytes) {
     DWORD type = 0;
     DWORD size = 0;
     LSTATUS status = ::RegQueryValueExW(key, name, nullptr, &type, nullptr, &size);
-    if (status == ERROR_SUCCESS && type != wanted) {
+    if (status == ERROR_SUCCESS && wanted && type != *wanted) {
         status = ERROR_INVALID_DATA;
     }
     if (status == ERROR_SUCCESS && size > 0) {
@@ -51,6 +55,11 @@ std::uint32_t RegistryKey::Open(const wchar_t* path, std::uint32_t access) {
         handle = std::move(opened);
     }
     return static_cast<std::uint32_t>(status);
+}
+
+std::uint32_t RegistryKey::QueryValue(const wchar_t* name, std::vector<unsigned char>& bytes) const {
+    bytes.clear();
+    return handle ? query(handle->key, name, std::nullopt, bytes) : ERROR_INVALID_HANDLE;
 }
 
 std::uint32_t RegistryKey::QueryBinaryValue(const wchar_t* name, std::vector<unsigned char>& bytes) const {
