@@ -1,9 +1,8 @@
 #include "xml/XmlUINotice.h"
 
+#include "common2/util/LocalTime.h"
 #include "common2/util/LocalTimeText.h"
 #include "xml/UiWireNames.h"
-
-#include <ctime>
 
 XmlUINotice::XmlUINotice(UiNoticeType noticeType, const char* tag, const char* module)
     : root(XmlDoc::addNode(wire::vtguiNotice))
@@ -60,7 +59,7 @@ void XmlUINotice::setTimestamp(const char* text) {
         root.setAttribute(wire::timestamp, text);
     } else {
         root.setAttribute(wire::timestamp,
-                          common2::localTimeText(std::time(nullptr), noticeTimeFormat).c_str());
+                          common2::localTimeText(common2::presentSeconds(), noticeTimeFormat).c_str());
     }
 }
 

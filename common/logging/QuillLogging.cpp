@@ -3,6 +3,7 @@
 #include "common/QuillInstallPaths.h"
 #include "common/logging/QuillLogConfig.h"
 #include "common2/filesystem/File2.h"
+#include "common2/logging/LogClock.h"
 #include "common2/logging/LogCore.h"
 #include "common2/logging/PlatformLogSink.h"
 
@@ -105,7 +106,7 @@ void QuillBaseLogging::addAttribute(const char* name, const logging::attribute& 
 
 void QuillBaseLogging::addClockAndIds() {
     namespace names = common2::logAttribute;
-    addAttribute(names::timeStamp, logging::attributes::local_clock());
+    addAttribute(names::timeStamp, logging::attributes::basic_clock<common2::LogClock>());
     addAttribute(names::processId, logging::attributes::current_process_id());
     addAttribute(names::threadId, logging::attributes::current_thread_id());
 }

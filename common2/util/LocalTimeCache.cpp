@@ -14,8 +14,8 @@ std::string_view LocalTimeCache::at(std::int64_t time, const wchar_t* format) {
     return find(time, format);
 }
 
-std::time_t LocalTimeCache::forgetOlderSeconds() {
-    const std::time_t present = clock(nullptr);
+std::int64_t LocalTimeCache::forgetOlderSeconds() {
+    const std::int64_t present = clock();
     if (present != second) {
         second = present;
         used = 0;

@@ -1,10 +1,11 @@
 /// Local times that are written over and over.
 #pragma once
 
+#include "common2/util/LocalTime.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <ctime>
 #include <string>
 #include <string_view>
 
@@ -15,10 +16,10 @@ namespace common2 {
 /// written again and again. A change of the time zone shows within a second. Belongs to one thread at a time.
 class LocalTimeCache {
 public:
-    using Clock = std::time_t (*)(std::time_t*);
+    using Clock = std::int64_t (*)();
 
-    /// @param clock tells the present time
-    explicit LocalTimeCache(Clock clock = &std::time);
+    /// @param clock tells the present time, in seconds since 1970-01-01 UTC
+    explicit LocalTimeCache(Clock clock = &presentSeconds);
 
     /// The present time, valid until the next call.
     /// @param format as for `localTimeText`, a constant: it is known again by its address
@@ -33,11 +34,11 @@ private:
         std::string text;
     };
 
-    std::time_t forgetOlderSeconds();
+    std::int64_t forgetOlderSeconds();
     std::string_view find(std::int64_t time, const wchar_t* format);
 
     Clock clock;
-    std::time_t second = 0;        ///< in which the entries were made
+    std::int64_t second = 0;       ///< in which the entries were made
     std::array<Entry, 16> entries; ///< more than a rendering writes
     std::size_t used = 0;
     std::size_t oldest = 0; ///< the entry that gives way when all are used

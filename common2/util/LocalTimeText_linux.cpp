@@ -1,8 +1,8 @@
 #include "common2/util/LocalTimeText.h"
 
+#include "common2/util/LocalTime.h"
 #include "common2/util/WideText.h"
 
-#include <ctime>
 #include <cwchar>
 
 namespace common2 {
@@ -13,13 +13,12 @@ constexpr std::size_t longestText = 64; ///< in wide characters, with the NUL
 } // namespace
 
 std::string localTimeText(std::int64_t time, const wchar_t* format) {
-    const auto seconds = static_cast<std::time_t>(time);
-    std::tm local{};
-    if (!::localtime_r(&seconds, &local)) {
+    const auto local = localTime(time);
+    if (!local) {
         return {};
     }
     wchar_t text[longestText];
-    const std::size_t length = std::wcsftime(text, longestText, format, &local);
+    const std::size_t length = std::wcsftime(text, longestText, format, &*local);
     return toUtf8({text, length});
 }
 

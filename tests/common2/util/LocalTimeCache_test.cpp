@@ -11,9 +11,9 @@ namespace {
 
 constexpr const wchar_t* hour = L"%H";
 
-std::time_t presentTime = 0;
+std::int64_t presentTime = 0;
 
-std::time_t toldTime(std::time_t*) { return presentTime; }
+std::int64_t toldTime() { return presentTime; }
 
 class LocalTimeCacheTest : public testing::Test {
 protected:
@@ -46,7 +46,7 @@ TEST_F(LocalTimeCacheTest, ChangeOfTheZoneShowsWithinASecond) {
 
 TEST_F(LocalTimeCacheTest, MoreTimesThanItKeepsAreWrittenAsWell) {
     for (int round = 0; round < 2; ++round) {
-        for (std::time_t time = 0; time < 50; ++time) {
+        for (std::int64_t time = 0; time < 50; ++time) {
             ASSERT_EQ(times.at(time, L"%H:%M:%S"), common2::localTimeText(time, L"%H:%M:%S"));
         }
     }

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <utility>
 
 namespace {
@@ -270,6 +271,21 @@ TEST_F(Statistics, TimesAreNoneNotAvailableOrLocal) {
     EXPECT_EQ(formatStatTime(secondsOf2024 * 10'000'000), "01/01/24 00:00:00");
     const test::ScopedEnvironment eastern("TZ", "EST5");
     EXPECT_EQ(formatStatTime(secondsOf2024 * 10'000'000), "12/31/23 19:00:00");
+}
+
+TEST_F(Statistics, EveryTimeOfARecordIsShown) {
+    const std::pair<std::int64_t, std::string> times[] = {
+        {2147483648, "01/19/38 03:14:08"},
+        {32535215999, "12/31/00 23:59:59"}, // the last second of the year 3000
+        {32535216000, "01/01/01 00:00:00"},
+        {32535244800, "01/01/01 08:00:00"},
+        {253402300799, "12/31/99 23:59:59"}, // the last second of the year 9999
+        {253402300800, "01/01/00 00:00:00"},
+    };
+    for (const auto& [seconds, text] : times) {
+        EXPECT_EQ(formatStatTime(seconds * 10'000'000), text) << seconds;
+    }
+    EXPECT_EQ(formatStatTime(std::numeric_limits<QuillTimePoint>::max()), "09/14/97 02:48:05");
 }
 
 } // namespace
