@@ -58,8 +58,9 @@ void XmlUINotice::setTimestamp(const char* text) {
     if (text) {
         root.setAttribute(wire::timestamp, text);
     } else {
-        root.setAttribute(wire::timestamp,
-                          common2::localTimeText(common2::presentSeconds(), noticeTimeFormat).c_str());
+        const std::int64_t present = common2::presentSeconds();
+        common2::followTimeZone(present);
+        root.setAttribute(wire::timestamp, common2::localTimeText(present, noticeTimeFormat).c_str());
     }
 }
 

@@ -14,11 +14,18 @@ std::int64_t presentSeconds() noexcept;
 /// The same in microseconds.
 std::int64_t presentMicroseconds() noexcept;
 
-/// Breaks a time down in the local zone. Any thread.
+/// Looks at most once a second whether the local zone is another now: the C libraries look at their first
+/// time only, or only at the bidding of a few functions. Any thread.
+/// @param second the present one
+void followTimeZone(std::int64_t second) noexcept;
+
+/// Looks at once.
+void readTimeZone() noexcept;
+
+/// Breaks a time down in the local zone as last looked at. Any thread.
 /// @param seconds since 1970-01-01 UTC
 /// @return nothing for a time without a calendar date: one whose year no `int` holds, and on Windows one
-/// before
-///         1970
+///         before 1970
 std::optional<std::tm> localTime(std::int64_t seconds) noexcept;
 
 } // namespace common2

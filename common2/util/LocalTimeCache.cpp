@@ -17,6 +17,7 @@ std::string_view LocalTimeCache::at(std::int64_t time, const wchar_t* format) {
 std::int64_t LocalTimeCache::forgetOlderSeconds() {
     const std::int64_t present = clock();
     if (present != second) {
+        followTimeZone(present);
         second = present;
         used = 0;
         oldest = 0;

@@ -11,9 +11,8 @@ namespace {
 constexpr std::size_t longestText = 64; ///< in wide characters, with the NUL
 
 /// The C library writes years of four digits, and may end the process at a longer one. The calendar repeats
-/// itself after 400 years: a later year is written as one that is like it, down to the last two digits, which
-/// are all that
-/// "%c" and "%x" show.
+/// itself after 400 years: a later year is written as one that is like it, down to the last two digits. "%c"
+/// and "%x" show no others.
 std::tm writable(std::tm time) {
     constexpr int lastYear = 9999 - 1900;
     constexpr int cycleYears = 400;

@@ -13,6 +13,8 @@ std::int64_t presentMicroseconds() noexcept {
     return std::chrono::duration_cast<std::chrono::microseconds>(present).count();
 }
 
+void readTimeZone() noexcept { ::tzset(); }
+
 std::optional<std::tm> localTime(std::int64_t seconds) noexcept {
     const std::time_t time = seconds;
     std::tm local{};

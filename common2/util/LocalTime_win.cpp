@@ -28,6 +28,8 @@ std::int64_t presentMicroseconds() noexcept {
     return (ticks - ticksFrom1601To1970) / ticksPerMicrosecond;
 }
 
+void readTimeZone() noexcept { ::_tzset(); }
+
 std::optional<std::tm> localTime(std::int64_t seconds) noexcept {
     if (seconds < 0) {
         return std::nullopt; // at which the C library may end the process, as at a year that it does not know

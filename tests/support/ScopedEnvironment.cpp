@@ -4,14 +4,20 @@
 
 namespace test {
 
-ScopedEnvironment::ScopedEnvironment(const char* name, const char* value)
+ScopedEnvironment::ScopedEnvironment(const char* name, const char* value, Zone zone)
     : variable(name) {
     if (const char* present = std::getenv(name)) {
         former = present;
     }
     put(variable, value);
+    if (zone == Zone::IsReadNow) {
+        readZone();
+    }
 }
 
-ScopedEnvironment::~ScopedEnvironment() { put(variable, former ? former->c_str() : nullptr); }
+ScopedEnvironment::~ScopedEnvironment() {
+    put(variable, former ? former->c_str() : nullptr);
+    readZone();
+}
 
 } // namespace test

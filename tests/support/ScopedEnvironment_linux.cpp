@@ -11,7 +11,8 @@ void ScopedEnvironment::put(const std::string& name, const char* value) {
     } else {
         ::unsetenv(name.c_str());
     }
-    ::tzset();
 }
+
+void ScopedEnvironment::readZone() { ::tzset(); }
 
 } // namespace test

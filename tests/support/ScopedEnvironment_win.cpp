@@ -7,7 +7,8 @@ namespace test {
 
 void ScopedEnvironment::put(const std::string& name, const char* value) {
     ::_putenv_s(name.c_str(), value ? value : "");
-    ::_tzset();
 }
+
+void ScopedEnvironment::readZone() { ::_tzset(); }
 
 } // namespace test

@@ -1,5 +1,8 @@
 #include "xml/XmlUINotice.h"
 
+#include "common2/util/LocalTime.h"
+#include "common2/util/LocalTimeText.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/XmlTree.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +23,19 @@ TEST(XmlUINotice, ScreenNoticeBeginsWithModuleTypeAndTimestamp) {
     EXPECT_EQ(
         textOf(XmlUINotice(UiNoticeType::Update, nullptr, moduleName)),
         "<vtguiNotice module=\"com.norvane.vantor.presentation.quill\" type=\"update\" timestamp=\"*\"/>\n");
+}
+
+TEST(XmlUINotice, TimestampFollowsTheZoneThatTheDeviceTravelsTo) {
+    common2::followTimeZone(-1); // so that this second has not been looked at
+    const test::ScopedEnvironment abroad("TZ", "YST-11", test::ScopedEnvironment::Zone::IsReadAtTheEnd);
+    const std::int64_t before = common2::presentSeconds();
+    const std::string notice = XmlUINotice(UiNoticeType::Setup, nullptr, moduleName).serialize();
+    common2::readTimeZone();
+    bool isThere = false;
+    for (std::int64_t second = before; second <= common2::presentSeconds(); ++second) {
+        isThere = isThere || notice.find(common2::localTimeText(second, L"%c")) != std::string::npos;
+    }
+    EXPECT_TRUE(isThere) << notice;
 }
 
 TEST(XmlUINotice, LogNoticeHasItsTagBeforeTheTimestamp) {

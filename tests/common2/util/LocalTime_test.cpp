@@ -51,6 +51,20 @@ TEST(LocalTime, YearThatNoIntHoldsHasNone) {
     EXPECT_EQ(asText(localTime(std::numeric_limits<std::int64_t>::min())), "none");
 }
 
+TEST(LocalTime, TheZoneIsFollowedOnceASecond) {
+    using Zone = test::ScopedEnvironment::Zone;
+    const test::ScopedEnvironment home("TZ", "XST-2");
+    common2::followTimeZone(1);
+    const test::ScopedEnvironment abroad("TZ", "YST-5", Zone::IsReadAtTheEnd);
+    common2::followTimeZone(1);
+    EXPECT_EQ(asText(localTime(0)), "1970-01-01 02:00:00, 4, 0");
+    common2::followTimeZone(2);
+    EXPECT_EQ(asText(localTime(0)), "1970-01-01 05:00:00, 4, 0");
+    const test::ScopedEnvironment home2("TZ", "XST-2", Zone::IsReadAtTheEnd);
+    common2::followTimeZone(1); // a clock that was put back
+    EXPECT_EQ(asText(localTime(0)), "1970-01-01 02:00:00, 4, 0");
+}
+
 TEST(LocalTime, PresentIsTheSameInSecondsAndMicroseconds) {
     const std::int64_t before = common2::presentSeconds();
     const std::int64_t between = common2::presentMicroseconds();
