@@ -145,12 +145,18 @@ void add(std::vector<WorkloadEntry>& entries, const std::string& name, unsigned 
     entries.push_back({name + "/D", steps, [=] { return std::make_unique<BareParse>(documents()); }});
 }
 
-void addAlerts(std::vector<WorkloadEntry>& entries, const std::string& word, Change change) {
+/// @param documents makes them of as many alerts as it is given
+template <class MakeDocuments>
+void addAlerts(std::vector<WorkloadEntry>& entries, const std::string& word, MakeDocuments documents) {
     for (const auto& [alerts, steps] : {std::pair(100, usualSteps), std::pair(10'000, fewSteps)}) {
         add(entries, "alerts-" + word + "-" + std::to_string(alerts), steps,
             &IQuillApiCallbacks::DataplaneNotification,
-            [=, count = static_cast<std::size_t>(alerts)] { return changingAlerts(count, change); });
+            [=, count = static_cast<std::size_t>(alerts)] { return documents(count); });
     }
+}
+
+void addAlerts(std::vector<WorkloadEntry>& entries, const std::string& word, Change change) {
+    addAlerts(entries, word, [change](std::size_t alerts) { return changingAlerts(alerts, change); });
 }
 
 } // namespace
@@ -172,6 +178,9 @@ std::vector<WorkloadEntry> documentWorkloads() {
     addAlerts(entries, "one", Change::OneAlert);
     addAlerts(entries, "every", Change::EveryAlert);
     addAlerts(entries, "order", Change::Order);
+    addAlerts(entries, "alike", [](std::size_t alerts) {
+        return Documents{alertsOfOneHash(alerts, true), alertsOfOneHash(alerts, false)};
+    });
     return entries;
 }
 

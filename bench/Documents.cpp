@@ -5,6 +5,8 @@
 #include <boost/json/serialize.hpp>
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace bench {
 namespace {
@@ -91,6 +93,36 @@ json::object status(std::int64_t change, std::size_t proxyCount, std::size_t fin
             {"enrollments", json::array{enrollment(change, proxyCount, fingerprintCount)}}};
 }
 
+// Either half of a row leads libstdc++'s `std::hash` from the state before it to the same state behind it.
+// clang-format off
+constexpr std::string_view piecesOfOneHash[][2]{
+    {"nieweymieuvbvnmm", "jgczvkarTMIvZyZ7"},
+    {"gtzherozjfclpnai", "fykofyhkVyS7xnSV"},
+    {"ginbclffvkeaamhw", "ssjxzthggIVtJNe6"},
+    {"sadjboxdtjcmiheh", "jctykpxi42FofJ8i"},
+    {"nmhbteqacjkntrjl", "nhtpwmrrn1ol1YQR"},
+    {"kmrgdmfrkfngbaoq", "jdvxwromN2Lp5j7C"},
+    {"zonyiolrsyghgxjm", "ntfvbpqytPPCnBlt"},
+    {"ygovfrsyautuhipt", "flfcpfzmLBxfHpqI"},
+    {"qoscnrrleqluamgt", "egffcthrJCBlrV86"},
+    {"bzzaceugjvdwqatu", "zssrivzwKTHPbFXe"},
+    {"vvfhfrwkmcbdzokr", "yyyaofyr2Fa41HMy"},
+    {"jmdzsjxmgqqtelqv", "motkkzmgnFEflNhm"},
+    {"kffcscwhqqpnwqzs", "ifbttvzqHDnWJmXc"},
+    {"zqwybpenwzcouucy", "iiwactrvsQaDxn6y"},
+};
+// clang-format on
+
+/// One of 16,384 titles that all have the same `std::hash`.
+std::string titleOfOneHash(std::size_t number) {
+    std::string title;
+    for (const auto& halves : piecesOfOneHash) {
+        title += halves[number % 2];
+        number /= 2;
+    }
+    return title;
+}
+
 json::object alert(std::size_t number, bool changed) {
     const std::string name = std::to_string(number);
     return {{"category", number % 2 == 0 ? "policy_error" : "connectivity_error"},
@@ -111,6 +143,12 @@ json::object alert(std::size_t number, bool changed) {
                                           {"timestamp", now}}}}};
 }
 
+std::string dataplaneOf(json::array alerts) {
+    return json::serialize(json::object{{"version", "1"},
+                                        {"dataplane_alerts", std::move(alerts)},
+                                        {"dataplane_auth_requests", json::array()}});
+}
+
 } // namespace
 
 std::string statusDocument(bool changed, std::size_t proxyCount, std::size_t fingerprintCount) {
@@ -126,6 +164,16 @@ std::string statusDocumentWithDigits(std::size_t& digits) {
     return text;
 }
 
+std::string alertsOfOneHash(std::size_t alerts, bool changed) {
+    json::array list;
+    for (std::size_t number = 0; number < alerts; ++number) {
+        json::object one = alert(0, changed);
+        one["title"] = titleOfOneHash(number);
+        list.push_back(std::move(one));
+    }
+    return dataplaneOf(std::move(list));
+}
+
 std::string dataplaneDocument(std::size_t alerts, Change change) {
     json::array list;
     for (std::size_t number = 0; number < alerts; ++number) {
@@ -136,8 +184,7 @@ std::string dataplaneDocument(std::size_t alerts, Change change) {
     if (change == Change::Order) {
         std::reverse(list.begin(), list.end());
     }
-    return json::serialize(json::object{
-        {"version", "1"}, {"dataplane_alerts", list}, {"dataplane_auth_requests", json::array()}});
+    return dataplaneOf(std::move(list));
 }
 
 } // namespace bench

@@ -21,4 +21,10 @@ std::string statusDocumentWithDigits(std::size_t& digits);
 /// Alerts, each with all its texts and one destination; no authentication request.
 std::string dataplaneDocument(std::size_t alerts, Change change = Change::None);
 
+/// Alerts that differ in their titles only, whose `std::hash` is one and the same: what a hostile service
+/// would send to a hash table.
+/// @param alerts 16,384 at most
+/// @param changed whether all of them differ from those without
+std::string alertsOfOneHash(std::size_t alerts, bool changed);
+
 } // namespace bench

@@ -1,14 +1,17 @@
 #include "presentation-plugin/alerts/WrenAlert.h"
 
+#include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
 #include <algorithm>
+#include <compare>
 #include <cstddef>
-#include <functional>
+#include <optional>
 #include <span>
+#include <string>
 #include <tuple>
 #include <typeinfo>
-#include <unordered_set>
+#include <vector>
 
 namespace {
 
@@ -25,31 +28,28 @@ bool doSame(const IWrenAlertAction* left, const IWrenAlertAction* right) {
     return left && right && typeid(*left) == typeid(*right) && left->equals(*right);
 }
 
-/// Equal actions have equal JSON, so that their hashes agree whatever their class.
-std::size_t hashOf(const IWrenAlertAction* action) {
-    return action ? std::hash<boost::json::value>()(action->toJson()) : 0;
-}
+/// An alert as sorting compares it. Sorting, unlike hashing, stays fast whatever texts a document holds.
+class SortedAlert {
+public:
+    explicit SortedAlert(const WrenAlert_t& described)
+        : alert(&described) {}
 
-template <class Field>
-std::size_t hashOf(const Field& field) {
-    return std::hash<Field>()(field);
-}
-
-std::size_t mix(std::size_t seed, std::size_t hash) {
-    return seed ^ (hash + 0x9e3779b9u + (seed << 6) + (seed >> 2));
-}
-
-struct HashAlert {
-    std::size_t operator()(const WrenAlert_t* alert) const {
-        std::size_t hash = hashOf(alert->action.get());
-        std::apply([&hash](const auto&... fields) { ((hash = mix(hash, hashOf(fields))), ...); },
-                   plainFields(*alert));
-        return hash;
+    bool operator<(const SortedAlert& other) const {
+        const auto order = plainFields(*alert) <=> plainFields(*other.alert);
+        return order == 0 ? textOfAction() < other.textOfAction() : order < 0;
     }
-};
 
-struct EqualAlerts {
-    bool operator()(const WrenAlert_t* left, const WrenAlert_t* right) const { return *left == *right; }
+private:
+    /// Actions are equal if their JSON is. It is written when it is first needed: few alerts differ by it alone.
+    const std::string& textOfAction() const {
+        if (!actionText) {
+            actionText = alert->action ? boost::json::serialize(alert->action->toJson()) : std::string();
+        }
+        return *actionText;
+    }
+
+    const WrenAlert_t* alert;
+    mutable std::optional<std::string> actionText;
 };
 
 using Alerts = std::span<const WrenAlert_t>;
@@ -63,11 +63,11 @@ bool containsAll(Alerts old, Alerts wanted) {
 }
 
 bool containsAllOfMany(Alerts old, Alerts wanted) {
-    std::unordered_set<const WrenAlert_t*, HashAlert, EqualAlerts> known(old.size());
-    for (const WrenAlert_t& alert : old) {
-        known.insert(&alert);
-    }
-    return std::ranges::all_of(wanted, [&known](const WrenAlert_t& alert) { return known.contains(&alert); });
+    std::vector<SortedAlert> sorted(old.begin(), old.end());
+    std::sort(sorted.begin(), sorted.end());
+    return std::ranges::all_of(wanted, [&sorted](const WrenAlert_t& alert) {
+        return std::binary_search(sorted.begin(), sorted.end(), SortedAlert(alert));
+    });
 }
 
 } // namespace

@@ -41,5 +41,5 @@ struct WrenAlertList_t {
 };
 
 /// Whether any alert of the new list has no equal in the old one, wherever it stands there. The lists' own
-/// texts do not count. Takes time in proportion to the lists' lengths.
+/// texts do not count. Among n alerts it makes some n log n comparisons at most, whatever the alerts say.
 bool hasNewAlert(const WrenAlertList_t& newList, const WrenAlertList_t& oldList);
