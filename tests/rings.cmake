@@ -123,6 +123,12 @@ if(NOT WREN_SANITIZE MATCHES "thread")
     add_executable(wren_log_allocation_tests allocation/FailingAllocation.cpp allocation/log/LogFaults_test.cpp)
     target_link_libraries(wren_log_allocation_tests PRIVATE wren_flags wren_test_support wren_common GTest::gtest_main)
     wren_tests(wren_log_allocation_tests)
+
+    # libcrypto's, where nobody has used it before.
+    file(GLOB digest_sources CONFIGURE_DEPENDS allocation/crypto/*_test.cpp allocation/crypto/*_test_${system}.cpp)
+    add_executable(wren_digest_allocation_tests allocation/FailingAllocation.cpp allocation/FailingCrypto.cpp ${digest_sources})
+    target_link_libraries(wren_digest_allocation_tests PRIVATE wren_flags wren_test_support wren_common GTest::gtest_main)
+    wren_tests(wren_digest_allocation_tests)
 endif()
 
 # A long life; `scripts/soak` runs the whole of it.

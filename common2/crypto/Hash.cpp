@@ -3,10 +3,13 @@
 #include "common2/logging/Common2Loggers.h"
 #include "common2/util/GlobalError.h"
 
+#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
 #include <array>
+#include <memory>
+#include <new>
 #include <string_view>
 
 namespace {
@@ -23,6 +26,42 @@ public:
     ~ErrorQueueGuard() { ERR_pop_to_mark(); }
 };
 
+struct FreeLibrary {
+    void operator()(OSSL_LIB_CTX* library) const noexcept { OSSL_LIB_CTX_free(library); }
+};
+struct FreeDigest {
+    void operator()(EVP_MD* digest) const noexcept { EVP_MD_free(digest); }
+};
+using Digest = std::unique_ptr<EVP_MD, FreeDigest>;
+
+/// A context of libcrypto that is the module's own. The process's one is made once: if there is no memory for
+/// it then, every later use of it crashes. An own one is made again.
+class DigestLibrary {
+public:
+    /// @throws std::bad_alloc if there is no memory for the whole of it
+    DigestLibrary()
+        : context(OSSL_LIB_CTX_new()) {
+        // The first digest that is fetched loads them all. libcrypto also registers its own end with the
+        // process meanwhile, so that it comes after the end of this object.
+        if (!context || !fetch("sha1")) {
+            throw std::bad_alloc();
+        }
+    }
+
+    /// @return null if there is no such digest
+    Digest fetch(const char* name) const { return Digest(EVP_MD_fetch(context.get(), name, nullptr)); }
+
+private:
+    std::unique_ptr<OSSL_LIB_CTX, FreeLibrary> context;
+};
+
+/// The library, made on first use, and again after that has failed.
+/// @throws std::bad_alloc
+const DigestLibrary& digestLibrary() {
+    static const DigestLibrary library;
+    return library;
+}
+
 } // namespace
 
 void CHash::FreeContext::operator()(EVP_MD_CTX* digest) const noexcept { EVP_MD_CTX_free(digest); }
@@ -34,17 +73,20 @@ CHash::CHash(std::error_code& error, const char* digestName) {
         return;
     }
     const ErrorQueueGuard guard;
-    EVP_MD* digest = EVP_MD_fetch(nullptr, digestName, nullptr);
-    if (!digest) {
-        error = makeGlobalError(QuillApiResult::NotSupported);
-        return;
-    }
-    context.reset(EVP_MD_CTX_new());
-    if (!context || EVP_DigestInit_ex(context.get(), digest, nullptr) != 1) {
+    try {
+        const Digest digest = digestLibrary().fetch(digestName);
+        if (!digest) {
+            error = makeGlobalError(QuillApiResult::NotSupported);
+            return;
+        }
+        context.reset(EVP_MD_CTX_new());
+        if (!context || EVP_DigestInit_ex(context.get(), digest.get(), nullptr) != 1) {
+            throw std::bad_alloc();
+        }
+    } catch (const std::bad_alloc&) {
         context.reset();
         error = makeGlobalError(QuillApiResult::AllocFailed);
     }
-    EVP_MD_free(digest);
 }
 
 std::error_code CHash::Update(const void* data, std::size_t size) {

@@ -40,7 +40,8 @@ public:
     }
 
 private:
-    /// Actions are equal if their JSON is. It is written when it is first needed: few alerts differ by it alone.
+    /// Actions are equal if their JSON is. It is written when it is first needed: few alerts differ by it
+    /// alone.
     const std::string& textOfAction() const {
         if (!actionText) {
             actionText = alert->action ? boost::json::serialize(alert->action->toJson()) : std::string();

@@ -28,4 +28,7 @@ public:
     ~NoAllocation();
 };
 
+/// For an allocation that does not go through `operator new`: counts it, and says whether it has to fail.
+bool mustAllocationFail() noexcept;
+
 } // namespace test
