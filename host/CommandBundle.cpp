@@ -79,7 +79,7 @@ json::object configuration() {
     json::object told;
     addText(told, "path", file.string());
     try {
-        addText(told, "json", readFile(file));
+        addText(told, "json", readRegularFile(file));
     } catch (const HostError& fault) {
         told.emplace("problem", fault.what());
     }

@@ -23,13 +23,13 @@ namespace {
 
 /// A JSON file of the assets; empty where it is not there or no JSON.
 std::string jsonAsset(const std::filesystem::path& file) {
-    std::error_code missing;
-    if (!std::filesystem::is_regular_file(file, missing)) {
+    try {
+        boost::json::error_code error;
+        const boost::json::value value = boost::json::parse(readRegularFile(file), error);
+        return error ? std::string() : boost::json::serialize(value);
+    } catch (const HostError&) {
         return {};
     }
-    boost::json::error_code error;
-    const boost::json::value value = boost::json::parse(readFile(file), error);
-    return error ? std::string() : boost::json::serialize(value);
 }
 
 void loadScenario(serve::LiveHost& live, const std::filesystem::path& file) {

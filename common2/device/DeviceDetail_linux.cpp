@@ -1,11 +1,13 @@
 #include "common2/device/DeviceDetail.h"
 
 #include "common2/device/DeviceDetailFiles.h"
+#include "common2/filesystem/RegularFile.h"
 
 #include <algorithm>
 #include <array>
-#include <fstream>
+#include <string>
 #include <string_view>
+#include <system_error>
 
 namespace common2 {
 namespace {
@@ -14,6 +16,9 @@ struct DetailFile {
     std::wstring_view detail;
     const char* path;
 };
+
+/// Far more than any of them needs, in bytes.
+constexpr std::size_t largestDetail = 64 * 1024;
 
 constexpr std::array<DetailFile, 3> detailFiles{{
     {L"Sid", "etc/machine-id"},
@@ -30,8 +35,10 @@ bool readDeviceDetailBelow(const std::filesystem::path& root, const std::wstring
     if (found == detailFiles.end()) {
         return false;
     }
-    std::string line;
-    std::getline(std::ifstream(root / found->path), line);
+    std::error_code error;
+    RegularFile file(root / found->path, error);
+    std::string line = error ? std::string() : file.read(largestDetail, error);
+    line.erase(std::min(line.find('\n'), line.size()));
     line.erase(line.find_last_not_of(" \t\r") + 1);
     bytes.assign(line.begin(), line.end());
     return !bytes.empty();

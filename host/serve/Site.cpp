@@ -105,7 +105,8 @@ SiteAnswer Site::asset(std::string_view name, const SiteRequest& request) const 
     try {
         const bool isOfPage = name.starts_with("app/");
         return answerOf(ok, std::string(found->type),
-                        isOfPage ? pagePolicy(*request.claim.host) : localPagePolicy, readFile(found->file));
+                        isOfPage ? pagePolicy(*request.claim.host) : localPagePolicy,
+                        readRegularFile(found->file));
     } catch (const HostError&) {
         return plainAnswer(notFound, "This page is no longer there.");
     }

@@ -1,14 +1,13 @@
 #include "common2/windows/os/RegistryKey.h"
 
+#include "common2/filesystem/RegularFile.h"
 #include "common2/util/WideText.h"
 #include "common2/windows/os/KnownFolder.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
+#include <string>
 #include <string_view>
-#include <sys/stat.h>
-#include <unistd.h>
 
 struct RegistryKey::Handle {
     std::filesystem::path folder;
@@ -17,7 +16,7 @@ struct RegistryKey::Handle {
 namespace {
 
 /// Far more than any setting needs, in bytes.
-constexpr off_t largestValue = 64 * 1024;
+constexpr std::size_t largestValue = 64 * 1024;
 
 constexpr std::string_view commonRoot = "software/";
 
@@ -36,43 +35,6 @@ std::filesystem::path folderOf(const wchar_t* path) {
     }
     return KnownFolder::GetPath(KnownFolder::ProgramData) / name;
 }
-
-/// An open file, closed at the end.
-class File {
-public:
-    explicit File(const std::filesystem::path& path)
-        : number(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    ~File() {
-        if (number >= 0) {
-            ::close(number);
-        }
-    }
-
-    std::uint32_t read(std::vector<unsigned char>& bytes) const {
-        struct stat status {};
-        if (number < 0 || ::fstat(number, &status) != 0) {
-            return static_cast<std::uint32_t>(errno);
-        }
-        if (!S_ISREG(status.st_mode)) {
-            return EINVAL;
-        }
-        if (status.st_size > largestValue) {
-            return EFBIG;
-        }
-        bytes.resize(static_cast<std::size_t>(status.st_size));
-        const ssize_t count = ::read(number, bytes.data(), bytes.size());
-        if (count < 0) {
-            return static_cast<std::uint32_t>(errno);
-        }
-        bytes.resize(static_cast<std::size_t>(count));
-        return 0;
-    }
-
-private:
-    int number;
-};
 
 } // namespace
 
@@ -95,11 +57,13 @@ std::uint32_t RegistryKey::QueryValue(const wchar_t* name, std::vector<unsigned 
     if (!handle) {
         return EBADF;
     }
-    const std::uint32_t error = File(handle->folder / common2::toUtf8(name)).read(bytes);
-    if (error) {
-        bytes.clear();
+    std::error_code error;
+    common2::RegularFile file(handle->folder / common2::toUtf8(name), error);
+    if (!error) {
+        const std::string content = file.read(largestValue, error);
+        bytes.assign(content.begin(), content.end());
     }
-    return error;
+    return static_cast<std::uint32_t>(error.value());
 }
 
 /// A file has no type.

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <pty.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -70,6 +71,19 @@ TEST_F(BundleProgram, HoldsNothingOfWhatIsPlantedInTheConfiguration) {
     EXPECT_EQ(run("b.zip --yes --seconds 0").exitCode, 0);
     EXPECT_THAT(archive(), HasSubstr("\\\"global\\\":\\\"DBG_INFO\\\",\\\"token\\\":\\\"[secret-"));
     EXPECT_THAT(archive(), Not(HasSubstr("planted")));
+}
+
+TEST_F(BundleProgram, DoesNotReadAConfigurationThatIsNoFile) {
+    const std::filesystem::path data = folder.path() / "Norvane" / "Norvane Kestrel Suite" / "WREN";
+    std::filesystem::create_directories(data);
+    const test::ScopedEnvironment variable("WREN_PROGRAM_DATA", folder.path().c_str());
+    std::filesystem::create_symlink("/dev/null", data / "logconfig.json");
+    EXPECT_EQ(run("b.zip --yes --seconds 0").exitCode, 0);
+    EXPECT_THAT(archive(), HasSubstr("\"problem\": \"cannot read "));
+    std::filesystem::remove(data / "logconfig.json");
+    ASSERT_EQ(::mkfifo((data / "logconfig.json").c_str(), 0600), 0);
+    EXPECT_EQ(run("b.zip --force --yes --seconds 0").exitCode, 0);
+    EXPECT_THAT(archive(), HasSubstr("\"problem\": \"cannot read "));
 }
 
 } // namespace
