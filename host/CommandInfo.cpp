@@ -1,6 +1,7 @@
 #include "host/Commands.h"
 #include "host/HostError.h"
 #include "host/ModuleInfo.h"
+#include "host/Text.h"
 
 #include <boost/json/serialize.hpp>
 
@@ -12,17 +13,18 @@ namespace host {
 namespace {
 
 void printText(const ModuleInfo& info) {
-    std::cout << "module           " << info.path << '\n'
-              << "identity         " << info.identity << '\n'
-              << "label            " << info.label << '\n'
-              << "display version  " << info.displayVersion << '\n';
+    std::cout << "module           " << printable(info.path) << '\n'
+              << "identity         " << printable(info.identity) << '\n'
+              << "label            " << printable(info.label) << '\n'
+              << "display version  " << printable(info.displayVersion) << '\n';
     const char* heading = "interfaces       ";
     for (const auto& [name, version] : info.interfaces) {
-        std::cout << std::exchange(heading, "                 ") << name << " (version " << version << ")\n";
+        std::cout << std::exchange(heading, "                 ") << printable(name) << " (version " << version
+                  << ")\n";
     }
     heading = "exports          ";
     for (const std::string& symbol : info.exports) {
-        std::cout << std::exchange(heading, "                 ") << symbol << '\n';
+        std::cout << std::exchange(heading, "                 ") << printable(symbol) << '\n';
     }
 }
 

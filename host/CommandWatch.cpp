@@ -69,8 +69,8 @@ public:
     void onLog(const LogRecord& record) {
         const std::lock_guard lock(mutex);
         std::cout << "log "
-                  << "TIWE?"[record.severity] << ' ' << record.function << ": " << printable(record.message)
-                  << std::endl;
+                  << "TIWE?"[record.severity] << ' ' << printable(record.function) << ": "
+                  << printable(record.message) << std::endl;
     }
 
     /// From now on the watcher knows what the service's login pages would do. `controls` must outlive all

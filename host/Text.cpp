@@ -3,6 +3,7 @@
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -38,6 +39,33 @@ std::size_t sequenceLength(std::string_view bytes) noexcept {
         }
     }
     return length;
+}
+
+/// The character of a well-formed sequence.
+char32_t characterOf(std::string_view sequence) noexcept {
+    const auto lead = static_cast<Byte>(sequence.front());
+    char32_t character = sequence.size() == 1 ? lead : lead & (0x7Fu >> sequence.size());
+    for (const char byte : sequence.substr(1)) {
+        character = character << 6 | (static_cast<Byte>(byte) & 0x3Fu);
+    }
+    return character;
+}
+
+/// Whether a terminal or a page does something for the character instead of showing it: a control character,
+/// a line or paragraph separator, or what changes the direction of writing.
+constexpr bool isObeyed(char32_t character) noexcept {
+    return character < 0x20 || (character >= 0x7F && character <= 0x9F) ||
+           (character >= 0x2028 && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+}
+
+constexpr std::string_view namedControls = "\n\r\t";
+constexpr std::string_view controlNames = "nrt";
+
+void appendHex(std::string& text, std::string_view prefix, char32_t number, int digits) {
+    text += prefix;
+    while (digits-- > 0) {
+        text += "0123456789ABCDEF"[number >> 4 * digits & 0xF];
+    }
 }
 
 constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -123,10 +151,21 @@ std::optional<std::string> decodeBase64(std::string_view text) {
 }
 
 std::string printable(std::string_view text) {
-    std::string safe(text);
-    for (char& character : safe) {
-        const auto byte = static_cast<Byte>(character);
-        character = byte < 0x20 || byte == 0x7F ? ' ' : character;
+    std::string safe;
+    safe.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t length = sequenceLength(text);
+        const std::string_view sequence = text.substr(0, std::max<std::size_t>(length, 1));
+        text.remove_prefix(sequence.size());
+        if (length == 0) {
+            appendHex(safe, "\\x", static_cast<Byte>(sequence.front()), 2);
+        } else if (const char32_t character = characterOf(sequence); !isObeyed(character)) {
+            safe += sequence;
+        } else if (const std::size_t named = namedControls.find(sequence); named != std::string_view::npos) {
+            safe += {'\\', controlNames[named]};
+        } else {
+            appendHex(safe, "\\u", character, 4);
+        }
     }
     return safe;
 }

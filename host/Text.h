@@ -16,7 +16,10 @@ std::string encodeBase64(std::string_view bytes);
 /// The bytes of such a text; nothing for any other text.
 std::optional<std::string> decodeBase64(std::string_view text);
 
-/// The text with blanks for its control characters, which a terminal would obey.
+/// The text on one line, as a terminal may show it: what would break the line, steer the terminal or change
+/// the order of the characters is spelled out, as "\n", "\t", "\r", "\u001B" or "\u202E", and a byte that is
+/// not UTF-8 as
+/// "\xFF". A backslash stays as it is.
 std::string printable(std::string_view text);
 
 /// The text as a JSON string, in its quotes.

@@ -3,6 +3,7 @@
 #include "host/LogLevel.h"
 #include "host/PluginModule.h"
 #include "host/StandardStreams.h"
+#include "host/Text.h"
 #include "host/bundle/ModuleRun.h"
 #include "presentation-plugin/machine-description/MachineDrawing.h"
 
@@ -20,7 +21,7 @@ constexpr int exitDifference = 1;
 constexpr int exitBadInput = 2;
 
 int fail(const std::string& what) {
-    std::cerr << "wren-host: " << what.substr(0, what.find('\n')) << '\n';
+    std::cerr << "wren-host: " << host::printable(what.substr(0, what.find('\n'))) << '\n';
     return exitBadInput;
 }
 

@@ -1,6 +1,7 @@
 #include "host/bundle/Bundle.h"
 
 #include "host/OutputLines.h"
+#include "host/Text.h"
 #include "host/bundle/IndentedJson.h"
 #include "host/bundle/Redaction.h"
 
@@ -80,7 +81,8 @@ std::vector<json::object> lastLines(std::string_view text, std::size_t most) {
         text.remove_suffix(text.ends_with('\n') ? 1 : 0);
         const std::size_t begin = text.rfind('\n') + 1; // 0 where there is none
         json::object line;
-        addText(line, "message", text.substr(begin));
+        const std::string_view last = text.substr(begin);
+        addText(line, "message", last.substr(0, last.size() - (last.ends_with('\r') ? 1 : 0)));
         lines.push_back(std::move(line));
         text = text.substr(0, begin);
     }
@@ -91,12 +93,13 @@ std::vector<json::object> lastLines(std::string_view text, std::size_t most) {
 std::string plainLines(const std::vector<json::object>& lines) {
     std::string text;
     for (const json::object& line : lines) {
-        text.append(textAt(line, line.contains("message") ? "message" : "message_base64")).append("\n");
+        text.append(printable(textAt(line, line.contains("message") ? "message" : "message_base64")))
+            .append("\n");
     }
     return text;
 }
 
-/// Log records, one a line: "TIME S FUNCTION FILE:LINE MESSAGE".
+/// Log records, one a line, whatever they say: "TIME S FUNCTION FILE:LINE MESSAGE".
 std::string logText(const std::vector<json::object>& records) {
     constexpr std::string_view marks = "TIWE";
     std::string text;
@@ -108,13 +111,13 @@ std::string logText(const std::vector<json::object>& records) {
         text.append(time).append(time.empty() ? "" : " ");
         text += mark >= 0 && mark < 4 ? marks[static_cast<std::size_t>(mark)] : '?';
         text.append(" ")
-            .append(textAt(record, "function"))
+            .append(printable(textAt(record, "function")))
             .append(" ")
-            .append(textAt(record, "file"))
+            .append(printable(textAt(record, "file")))
             .append(":");
         text.append(number != nullptr ? json::serialize(*number) : "0")
             .append(" ")
-            .append(textAt(record, "message"));
+            .append(printable(textAt(record, "message")));
         text += "\n";
     }
     return text;
@@ -158,9 +161,9 @@ std::string readme(const Bundle& bundle, const Findings& findings, const std::st
             .append(20 - std::min<std::size_t>(19, bundle.files[i].name.size()), ' ');
         text.append(bundle.summaries[i]).append("\n");
     }
-    text.append("\nNotices, log and state come from ").append(findings.story.source).append(".\n");
+    text.append("\nNotices, log and state come from ").append(printable(findings.story.source)).append(".\n");
     if (!problem.empty()) {
-        text.append("There was a problem: ").append(problem).append(".\n");
+        text.append("There was a problem: ").append(printable(problem)).append(".\n");
     }
     text.append("\nReplaced, the same secret by the same name everywhere: ")
         .append(bundle.replaced)

@@ -158,7 +158,7 @@ TEST_F(ScreenPrinter, WindowAndUnreadableNoticesAreTold) {
 
 TEST_F(ScreenPrinter, ControlCharactersDoNotReachTheTerminal) {
     EXPECT_EQ(popup("<popup id=\"t\" type=\"notification\"><title value=\"a&#27;[2Jb\n\x7F\"/></popup>"),
-              "Toast: a [2Jb  \n");
+              "Toast: a\\u001B[2Jb\\n\\u007F\n");
 }
 
 } // namespace

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 namespace {
 
 using host::decodeBase64;
 using host::encodeBase64;
 using host::isUtf8;
+using host::printable;
 
 TEST(Utf8, AcceptsEveryLengthOfSequence) {
     for (const char* text :
@@ -73,6 +75,36 @@ TEST(Base64, RefusesAnyOtherText) {
     for (const char* text : {"Z", "Zg", "Zg=", "Zm9v=", "Zm9vY===", "====", "=",
                              "Zg==Zg==", "Z=g=", "Zm 8=", "Zm8-", "Zm9v\n", "Zh==", "Zm9=", "Zm9\xFF"}) {
         EXPECT_EQ(decodeBase64(text), std::nullopt) << text;
+    }
+}
+
+TEST(Printable, LeavesTextsAlone) {
+    for (const char* text : {"", "plain", "C:\\new\\table", "\xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80",
+                             "\xC2\xA0", "\xE2\x80\xA7", "\xE2\x80\xAF", "\xE2\x81\xA5", "\xE2\x81\xAA"}) {
+        EXPECT_EQ(printable(text), text);
+    }
+}
+
+struct PrintableRow {
+    std::string_view text;
+    const char* shown;
+};
+constexpr PrintableRow printableRows[] = {
+    {"a\nb\rc\td", R"(a\nb\rc\td)"},
+    {{"\0", 1}, R"(\u0000)"},
+    {"\x1B[2J", R"(\u001B[2J)"},
+    {"\x7F", R"(\u007F)"},
+    {"\xC2\x80\xC2\x9F", R"(\u0080\u009F)"},
+    {"\xE2\x80\xA8\xE2\x80\xA9", R"(\u2028\u2029)"},
+    {"\xE2\x80\xAA\xE2\x80\xAE", R"(\u202A\u202E)"},
+    {"\xE2\x81\xA6\xE2\x81\xA9", R"(\u2066\u2069)"},
+    {"\x9B", R"(\x9B)"},
+    {"\xE2\x80", R"(\xE2\x80)"},
+};
+
+TEST(Printable, SpellsOutWhatATerminalWouldObey) {
+    for (const PrintableRow& row : printableRows) {
+        EXPECT_EQ(printable(row.text), row.shown);
     }
 }
 

@@ -72,7 +72,7 @@ TEST_F(TypedCommand, ClosesWhatIsInFront) {
 
 TEST_F(TypedCommand, AnswersHelpAndWhatItDoesNotKnow) {
     EXPECT_NE(type("help").answer.find("cookie VALUE"), std::string::npos);
-    EXPECT_EQ(type("fly\x1b[2J").answer, "Unknown command: fly [2J; help lists them.\n");
+    EXPECT_EQ(type("fly\x1b[2J").answer, "Unknown command: fly\\u001B[2J; help lists them.\n");
     EXPECT_EQ(type("   ").answer, "");
     EXPECT_EQ(type("").event, "");
     EXPECT_TRUE(type(" quit \r").wantsToQuit);

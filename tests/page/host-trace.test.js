@@ -182,6 +182,14 @@ test("a log line tells its severity, its function and its place", async () => {
     ]);
 });
 
+test("a log line that holds others stays one line", async () => {
+    await start([new Recorder().output(log(3, "f", "first\n2026-11-21 W/ second\u001b[2J\u2028\u202e\u0085"))]);
+    const line = "first\\n2026-11-21 W/ second\\u001B[2J\\u2028\\u202E\\u0085";
+    assert.deepEqual(await rows(), [`error ${line}`]);
+    await select("first");
+    assert.equal(await detail().getByRole("region", { name: "Text" }).textContent(), line);
+});
+
 test("new entries come at the end, and the list goes along", async () => {
     const recorder = new Recorder();
     await start(burst(200, recorder));

@@ -5,6 +5,7 @@
  */
 import { exactTimeOfDay } from "../core/clock.js";
 import { button, element } from "../core/dom.js";
+import { printable } from "../core/text.js";
 import { changes } from "./difference.js";
 import { badgeOf, kindOf, severities, weightOf } from "./kinds.js";
 import { codeBlock, jsonLines, xmlLines } from "./print.js";
@@ -137,9 +138,9 @@ function changeBlock(entry, journal, goTo) {
         element(
             "tr",
             {},
-            element("th", { scope: "row" }, path),
-            element("td", {}, old === null ? element("em", {}, "absent") : element("del", {}, old)),
-            element("td", {}, after === null ? element("em", {}, "absent") : element("ins", {}, after)),
+            element("th", { scope: "row" }, printable(path)),
+            element("td", {}, old === null ? element("em", {}, "absent") : element("del", {}, printable(old))),
+            element("td", {}, after === null ? element("em", {}, "absent") : element("ins", {}, printable(after))),
         ),
     );
     const count = found.length === 1 ? "1 change" : `${found.length} changes`;
@@ -165,7 +166,7 @@ function logBlock({ severity, function: name, file, line, message }) {
         "div",
         {},
         factList([["Severity", `${severity} ${severities[severity] ?? ""}`], ["Function", name], ["File", place]]),
-        plainBlock(message ?? "(not UTF-8)"),
+        codeBlock([{ depth: 0, pieces: [["plain", message ?? "(not UTF-8)"]] }], "Text"),
     );
 }
 
@@ -183,7 +184,7 @@ function note(text) {
 
 function factList(facts) {
     const known = facts.filter(([, value]) => value !== undefined && value !== "");
-    return element("dl", { class: "facts" }, ...known.flatMap(([key, value]) => [element("dt", {}, key), element("dd", {}, value)]));
+    return element("dl", { class: "facts" }, ...known.flatMap(([key, value]) => [element("dt", {}, key), element("dd", {}, typeof value === "string" ? printable(value) : value)]));
 }
 
 function valueOf(entry) {

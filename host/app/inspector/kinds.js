@@ -7,6 +7,7 @@
  * @property {string} name of its filter
  * @property {string} label of its filter
  */
+import { printable } from "../core/text.js";
 import { attributeOf, parseXml } from "./xml.js";
 
 /** @type {readonly Kind[]} */
@@ -70,7 +71,7 @@ export function weightOf(entry) {
  */
 export function summaryOf(entry) {
     const [table, key] = isInput(entry) ? [inputs, entry.do] : [outputs, entry.out];
-    return (Object.hasOwn(table, key) ? table[key] : rest)(entry);
+    return printable((Object.hasOwn(table, key) ? table[key] : rest)(entry));
 }
 
 const inputs = Object.freeze({

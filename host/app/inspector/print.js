@@ -5,6 +5,7 @@
  * @typedef {{depth: number, pieces: Piece[]}} Line
  */
 import { element } from "../core/dom.js";
+import { printable } from "../core/text.js";
 
 /**
  * @param {unknown} value of JSON
@@ -98,7 +99,7 @@ export function codeBlock(lines, label) {
         const line = element("span", { class: "code-line" });
         line.style.setProperty("--depth", String(depth));
         line.append(
-            ...pieces.map(([kind, text]) => (kind === "plain" ? text : element("span", { class: `code-${kind}` }, text))),
+            ...pieces.map(([kind, text]) => (kind === "plain" ? printable(text) : element("span", { class: `code-${kind}` }, printable(text)))),
         );
         code.append(index === 0 ? "" : "\n", line);
     });

@@ -148,6 +148,18 @@ TEST(Bundle, KeepsTheLastOfManyLines) {
     EXPECT_THAT(fileOf(bundle, "system-log.txt"), HasSubstr("kept 2001\n"));
 }
 
+TEST(Bundle, OneRecordIsOneLineWhateverItSays) {
+    Findings findings = findingsOf(R"({"do":"create","name":"com.norvane.vantor.presentation"}
+{"n":1,"out":"log","severity":3,"function":"f","file":"F","line":1,"message":"first\n\u001b[2JT CreatePlugin\u2028\u202e"}
+)");
+    findings.systemLog = "kept\x1B[2J\r\nnext\n";
+    findings.story.problem = "one\ntwo";
+    const Bundle bundle = makeBundle(std::move(findings));
+    EXPECT_EQ(fileOf(bundle, "log.txt"), "E f F:1 first\\n\\u001B[2JT CreatePlugin\\u2028\\u202E\n");
+    EXPECT_EQ(fileOf(bundle, "system-log.txt"), "kept\\u001B[2J\nnext\n");
+    EXPECT_THAT(fileOf(bundle, "README.txt"), HasSubstr("There was a problem: one\\ntwo.\n"));
+}
+
 /// Every kind of secret, wherever one may get into a bundle. What must not come out holds "planted", or a
 /// spelling of it.
 Findings plantedFindings() {
