@@ -36,7 +36,7 @@ public:
 
     bool operator<(const SortedAlert& other) const {
         const auto order = plainFields(*alert) <=> plainFields(*other.alert);
-        return order == 0 ? textOfAction() < other.textOfAction() : order < 0;
+        return std::is_eq(order) ? textOfAction() < other.textOfAction() : std::is_lt(order);
     }
 
 private:
