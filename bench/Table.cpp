@@ -86,7 +86,7 @@ const std::vector<Row>& rows() {
         {"growth",    "growth from 100 to 10,000 alerts, one changed",                "exponent",     1.05,   1.0,   Instructions, [](const Cost& cost) { return growth(cost, "alerts-one"); },                 true},
         {"growth",    "growth from 100 to 10,000 alerts, every one changed",          "exponent",     1.05,   1.0,   Instructions, [](const Cost& cost) { return growth(cost, "alerts-every"); },               true},
         {"growth",    "growth from 100 to 10,000 alerts, only their order changed",   "exponent",     1.05,   1.0,   Instructions, [](const Cost& cost) { return growth(cost, "alerts-order"); },               true},
-        {"growth",    "growth from 100 to 10,000 alerts, titles of one hash",         "exponent",     1.05,   1.0,   Instructions, [](const Cost& cost) { return growth(cost, "alerts-alike"); },               true},
+        {"growth",    "growth from 100 to 10,000 alerts, titles of one hash",         "exponent",     1.05,   1.05,  Instructions, [](const Cost& cost) { return growth(cost, "alerts-alike"); },               true},
         {"log",       "a log statement that the filter drops",                        "instructions", 12,     6,     Instructions, [](const Cost& cost) { return alone(cost, "log-dropped"); },                 true},
         {"log",       "a log line that the filter accepts, to a sink that drops it",  "instructions", 10'000, 3'500, Instructions, [](const Cost& cost) { return alone(cost, "log-accepted"); },                true},
         {"machine",   "one event through the machine, five regions, nobody logging",  "instructions", 140,    60,    Instructions, [](const Cost& cost) { return alone(cost, "event-taken"); },                 true},

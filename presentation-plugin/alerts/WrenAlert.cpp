@@ -34,8 +34,11 @@ public:
     explicit SortedAlert(const WrenAlert_t& described)
         : alert(&described) {}
 
+    /// First in the order in which alerts are shown, so that a list is mostly sorted already.
     bool operator<(const SortedAlert& other) const {
-        const auto order = plainFields(*alert) <=> plainFields(*other.alert);
+        const auto shown = std::tie(alert->priority, other.alert->timestamp) <=>
+                           std::tie(other.alert->priority, alert->timestamp);
+        const auto order = std::is_eq(shown) ? plainFields(*alert) <=> plainFields(*other.alert) : shown;
         return std::is_eq(order) ? textOfAction() < other.textOfAction() : std::is_lt(order);
     }
 
@@ -65,7 +68,9 @@ bool containsAll(Alerts old, Alerts wanted) {
 
 bool containsAllOfMany(Alerts old, Alerts wanted) {
     std::vector<SortedAlert> sorted(old.begin(), old.end());
-    std::sort(sorted.begin(), sorted.end());
+    if (!std::is_sorted(sorted.begin(), sorted.end())) {
+        std::sort(sorted.begin(), sorted.end());
+    }
     return std::ranges::all_of(wanted, [&sorted](const WrenAlert_t& alert) {
         return std::binary_search(sorted.begin(), sorted.end(), SortedAlert(alert));
     });
