@@ -2,6 +2,7 @@ import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
 
 import { encode, usePage } from "./support/browser.js";
+import { framingHost, message, updateFlow } from "./support/messages.js";
 import { alert, alerts, posture, reenroll } from "./support/payloads.js";
 import { serve } from "./support/server.js";
 
@@ -11,11 +12,7 @@ const shown = usePage(
     {
         path: "/host.html",
         extra: {
-            "/host.html":
-                "<!doctype html><title>Host</title>" +
-                '<button id="outside">Outside</button>' +
-                '<iframe name="local" src="/wren/v1/index.html" width="520" height="600"></iframe>' +
-                '<iframe name="stranger" src="/stranger.html"></iframe>',
+            "/host.html": `${framingHost}<iframe name="stranger" src="/stranger.html"></iframe>`,
             "/stranger.html": "<!doctype html><title>Stranger</title>",
         },
     },
@@ -32,22 +29,6 @@ after(() => elsewhere.close());
 
 const local = () => shown.page.frame("local");
 const heading = () => local().locator("h1").innerText();
-
-/** Sends a message to the page from one of the frames and waits until the page has had its turn with it. */
-async function message(sender, data) {
-    await sender.evaluate(async (given) => {
-        const target = top.frames.local;
-        const taken = new Promise((resolve) => {
-            target.addEventListener("message", ({ data: seen }) => seen === "taken" && resolve());
-        });
-        target.postMessage(given, "*");
-        // Messages arrive in the order in which they were sent.
-        target.postMessage("taken", "*");
-        await taken;
-    }, data);
-}
-
-const updateFlow = (payload) => ({ kind: "update-flow", detail: encode(payload) });
 
 test("a message of the parent is taken as an update", async () => {
     await message(shown.page, updateFlow(alerts(posture)));

@@ -6,11 +6,26 @@ import { alerts, alertsWithSection, blocked, issuesSection, posture, progress, r
 
 const shown = usePage();
 
+const scripts = [
+    "page/parts.js",
+    "page/texts.js",
+    "page/icons.js",
+    "page/dom.js",
+    "page/address.js",
+    "page/payload.js",
+    "page/host.js",
+    "page/place.js",
+    "page/announcement.js",
+    "page/views.js",
+    "page/page.js",
+];
+
 test("the document holds no script, style or handler of its own", async () => {
     const response = await shown.page.request.get(`${shown.server.origin}/wren/v1/index.html`);
     const html = await response.text();
     assert.ok(!/<style|\sstyle=|\son[a-z]+=|javascript:/i.test(html));
-    assert.deepEqual(html.match(/<script[^>]*>[^<]*<\/script>/g), ['<script type="module" src="page/page.js"></script>']);
+    // No modules: a browser loads none from a disk.
+    assert.deepEqual(html.match(/<script[^>]*>[^<]*<\/script>/g), scripts.map((path) => `<script defer src="${path}"></script>`));
 });
 
 test("everything is loaded relatively, and from the page's own folder", async () => {
@@ -24,7 +39,7 @@ test("everything is loaded relatively, and from the page's own folder", async ()
     assert.deepEqual([...html.matchAll(/(?:src|href)="([^"]*)"/g)].map(([, path]) => path), [
         "icon.svg",
         "page.css",
-        "page/page.js",
+        ...scripts,
         "icon.svg",
     ]);
 });
@@ -34,6 +49,15 @@ test("the document carries a policy of its own, for hosts that send none", async
         await shown.page.locator('meta[http-equiv="Content-Security-Policy"]').getAttribute("content"),
         "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; base-uri 'none'; form-action 'none'",
     );
+});
+
+test("the parts leave one name in the window's scope, and none on the window", async () => {
+    const names = (frame) => frame.evaluate(() => Object.getOwnPropertyNames(window));
+    const before = await names(shown.page.mainFrame());
+    await shown.page.goto(`${shown.server.origin}/none`);
+    const bare = await names(shown.page.mainFrame());
+    await shown.load("/wren/v1/index.html");
+    assert.deepEqual(before.filter((name) => !bare.includes(name)), []);
 });
 
 test("nothing is kept in the browser", async () => {

@@ -3,10 +3,14 @@
  */
 import assert from "node:assert/strict";
 import { after, afterEach, before, beforeEach } from "node:test";
+import { pathToFileURL } from "node:url";
 
 import { chromium } from "playwright-core";
 
-import { serve } from "./server.js";
+import { pages, serve } from "./server.js";
+
+/** A document on disk with the page in a frame named "local". */
+export const hostOnDisk = new URL("./host-on-disk.html", import.meta.url).href;
 
 // Chromium as a package of the system, the build without windows, which starts sooner; WREN_CHROMIUM names another.
 // Nothing is to be fetched or looked up while the tests run.
@@ -34,16 +38,18 @@ export function encode(payload) {
  * @param {object} [contextOptions] of the browser context
  * @param {object} [site]
  * @param {Record<string, string>} [site.extra] further documents by path, as HTML
- * @param {string} [site.path] the document to open
+ * @param {string} [site.path] the document to open, on the server or as a whole address
+ * @param {string} [site.frame] name of the frame in it where the page stands
  * @param {boolean} [site.keep] not to load anew, for tests of functions that keep nothing
  * @returns {ShownPage}
  */
-export function usePage(contextOptions = {}, { extra = {}, path = "/wren/v1/index.html", keep = false } = {}) {
+export function usePage(contextOptions = {}, { extra = {}, path = "/wren/v1/index.html", frame, keep = false } = {}) {
     const shown = new ShownPage();
     let browser;
     before(async () => {
         browser = await chromium.launch(launchOptions);
         shown.server = await serve(extra);
+        shown.frame = frame;
         await shown.open(browser, contextOptions);
         await shown.load(path);
     });
@@ -78,13 +84,14 @@ export class ShownPage {
         });
     }
 
-    load(path) {
-        return this.page.goto(this.server.origin + path);
+    async load(path) {
+        await this.page.goto(new URL(path, this.server.origin).href);
+        this.view = this.frame ? this.page.frame(this.frame) : this.page.mainFrame();
     }
 
     async check() {
         const faults = this.faults.splice(0);
-        const violations = await this.page.evaluate(() => window.violations);
+        const violations = await this.view.evaluate(() => window.violations);
         assert.deepEqual([...faults, ...violations], []);
     }
 
@@ -95,68 +102,67 @@ export class ShownPage {
 
     /** Hands the page one detail as it is. */
     dispatch(detail) {
-        return this.page.evaluate((text) => {
+        return this.view.evaluate((text) => {
             window.dispatchEvent(new CustomEvent("update-flow", { detail: text }));
         }, detail);
     }
 
     /** The events that the page has sent to the host so far. */
     sent() {
-        return this.page.evaluate(() => window.sent);
+        return this.view.evaluate(() => window.sent);
     }
 
     /** Which of its views the page shows. */
     where() {
-        return this.page.locator("main > article").getAttribute("data-page");
+        return this.view.locator("main > article:not([aria-hidden])").getAttribute("data-page");
     }
 
     heading() {
-        return this.page.locator("h1").innerText();
+        return this.view.locator("h1").innerText();
     }
 
     texts() {
-        return this.page.locator("main p").allInnerTexts();
+        return this.view.locator("main p").allInnerTexts();
     }
 
     fault() {
-        return this.page.locator("#fault").innerText();
+        return this.view.locator("#fault").innerText();
     }
 
     announced() {
-        return this.page.locator("#announcer").textContent();
+        return this.view.locator("#announcer").textContent();
     }
 
     press(name) {
-        return this.page.getByRole("button", { name, exact: true }).click();
+        return this.view.getByRole("button", { name, exact: true }).click();
     }
 
     /** What has the focus: a control's name on the page, "heading", or "body". */
     focused() {
-        return this.page.evaluate(() => {
+        return this.view.evaluate(() => {
             const focused = document.activeElement;
             return focused.dataset.control ?? (focused.id || focused.localName);
         });
     }
 
-    /** Runs a function of one of the page's own modules, inside the page. */
-    call(module, name, ...values) {
+    /** Runs a function of one of the page's own parts, inside the page. */
+    call(part, name, ...values) {
         return this.page.evaluate(
-            async ([path, exported, given]) => {
-                const functions = await import(path);
+            ([of, called, given]) => {
                 try {
-                    return { value: functions[exported](...given) };
+                    return { value: wrenPage[of][called](...given) };
                 } catch (error) {
                     return { error: error.message, kind: error.name };
                 }
             },
-            [`/wren/v1/page/${module}.js`, name, values],
+            [part, name, values],
         );
     }
 
     #watch(request) {
-        const address = new URL(request.url());
-        if (address.origin !== this.server.origin) {
-            this.faults.push(`request: ${address.href}`);
+        const own = [this.server.origin, pathToFileURL(pages), hostOnDisk];
+        if (!own.some((place) => request.url().startsWith(`${place}`))) {
+            this.faults.push(`request: ${request.url()}`);
         }
     }
 }

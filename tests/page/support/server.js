@@ -6,7 +6,7 @@ import { createServer } from "node:http";
 import { dirname, extname, join, normalize } from "node:path";
 import { fileURLToPath } from "node:url";
 
-const pages = join(dirname(fileURLToPath(import.meta.url)), "../../../host/pages");
+export const pages = join(dirname(fileURLToPath(import.meta.url)), "../../../host/pages");
 
 const types = { ".html": "text/html", ".css": "text/css", ".js": "text/javascript", ".svg": "image/svg+xml" };
 

@@ -4,12 +4,17 @@
  * @param {string} text
  * @returns {string|null} an absolute http or https address; null for everything else
  */
-export function webAddress(text) {
-    let address;
-    try {
-        address = new URL(text);
-    } catch {
-        return null;
+"use strict";
+{
+    function webAddress(text) {
+        let address;
+        try {
+            address = new URL(text);
+        } catch {
+            return null;
+        }
+        return address.protocol === "https:" || address.protocol === "http:" ? address.href : null;
     }
-    return address.protocol === "https:" || address.protocol === "http:" ? address.href : null;
+
+    wrenPage.address = { webAddress };
 }

@@ -1,5 +1,7 @@
 /** Line drawings on a field of 24 by 24, each a list of paths. */
-export const icons = Object.freeze({
+"use strict";
+
+wrenPage.icons = Object.freeze({
     attention: Object.freeze([
         "M12 4.2 2.9 19.3a1 1 0 0 0 .9 1.5h16.4a1 1 0 0 0 .9-1.5L12 4.2Z",
         "M12 10v4.6",

@@ -45,158 +45,162 @@
  *
  * @typedef {AlertFlow|EnrollmentFlow} Flow
  */
-
-/** Why a payload was refused, in words for whoever looks into it. They never quote the payload. */
-export class PayloadError extends Error {
-    name = "PayloadError";
-}
-
-const base64 = /^(?:[A-Za-z0-9+/]{4})*(?:[A-Za-z0-9+/]{2}==|[A-Za-z0-9+/]{3}=)?$/;
-
-/**
- * Decodes and checks one payload.
- * @param {unknown} detail the Base64 text
- * @returns {Flow}
- * @throws {PayloadError}
- */
-export function readDetail(detail) {
-    return readPayload(decodeDetail(detail));
-}
-
-/**
- * Undoes the Base64, the UTF-8 and the JSON.
- * @param {unknown} detail the Base64 text
- * @returns {unknown} the JSON value
- * @throws {PayloadError}
- */
-export function decodeDetail(detail) {
-    if (typeof detail !== "string") {
-        throw new PayloadError("the detail is not a text");
+"use strict";
+{
+    /** Why a payload was refused, in words for whoever looks into it. They never quote the payload. */
+    class PayloadError extends Error {
+        name = "PayloadError";
     }
-    // atob alone would let white space and missing padding pass.
-    if (!base64.test(detail)) {
-        throw new PayloadError("the detail is not Base64");
+
+    const base64 = /^(?:[A-Za-z0-9+/]{4})*(?:[A-Za-z0-9+/]{2}==|[A-Za-z0-9+/]{3}=)?$/;
+
+    /**
+     * Decodes and checks one payload.
+     * @param {unknown} detail the Base64 text
+     * @returns {Flow}
+     * @throws {PayloadError}
+     */
+    function readDetail(detail) {
+        return readPayload(decodeDetail(detail));
     }
-    const bytes = Uint8Array.from(atob(detail), (letter) => letter.charCodeAt(0));
-    let text;
-    try {
-        text = new TextDecoder("utf-8", { fatal: true }).decode(bytes);
-    } catch {
-        throw new PayloadError("the text is not UTF-8");
-    }
-    try {
-        return JSON.parse(text);
-    } catch {
-        throw new PayloadError("the text is not JSON");
-    }
-}
 
-/**
- * Checks a payload's shape and keeps what this page shows.
- * @param {unknown} value the JSON value
- * @returns {Flow}
- * @throws {PayloadError}
- */
-export function readPayload(value) {
-    const payload = objectOf(value, "payload");
-    const flow = textIn(payload, "flow");
-    switch (flow) {
-        case "alert":
-            return alertFlow(objectOf(payload.value, "value"));
-        case "enrollment":
-            return enrollmentFlow(objectOf(payload.value, "value"));
-        default:
-            throw new PayloadError("the flow is not known");
-    }
-}
-
-/** Whether there is anything to put on the page that leads to the list. */
-export function hasSection({ strings }) {
-    return strings.sectionTitle !== "" || strings.sectionText !== "" || strings.sectionLabel !== "";
-}
-
-function alertFlow(value) {
-    return {
-        flow: "alert",
-        alerts: arrayIn(value, "alerts").map(alertOf),
-        strings: pageStrings(value.multiAlertPageStrings),
-    };
-}
-
-function alertOf(value) {
-    const alert = objectOf(value, "alert");
-    return {
-        title: textIn(alert, "title"),
-        shortText: textIn(alert, "shortDescription"),
-        longText: textIn(alert, "longDescription"),
-        actions: alert.actions === undefined ? [] : arrayIn(alert, "actions").map(actionOf),
-    };
-}
-
-function actionOf(value) {
-    const action = objectOf(value, "action");
-    const label = textIn(action, "label");
-    switch (textIn(action, "type")) {
-        case "local": {
-            const page = objectOf(action.detailPage, "detailPage");
-            const event = objectOf(action.kestrelSuiteEvent, "kestrelSuiteEvent");
-            return {
-                kind: "local",
-                label,
-                title: textIn(page, "title"),
-                description: textIn(page, "description"),
-                event: { type: textIn(event, "type"), value: textIn(event, "value") },
-            };
+    /**
+     * Undoes the Base64, the UTF-8 and the JSON.
+     * @param {unknown} detail the Base64 text
+     * @returns {unknown} the JSON value
+     * @throws {PayloadError}
+     */
+    function decodeDetail(detail) {
+        if (typeof detail !== "string") {
+            throw new PayloadError("the detail is not a text");
         }
-        case "remote":
-            return { kind: "remote", label, address: textIn(action, "url") };
-        default:
-            throw new PayloadError("the action's type is not known");
+        // atob alone would let white space and missing padding pass.
+        if (!base64.test(detail)) {
+            throw new PayloadError("the detail is not Base64");
+        }
+        const bytes = Uint8Array.from(atob(detail), (letter) => letter.charCodeAt(0));
+        let text;
+        try {
+            text = new TextDecoder("utf-8", { fatal: true }).decode(bytes);
+        } catch {
+            throw new PayloadError("the text is not UTF-8");
+        }
+        try {
+            return JSON.parse(text);
+        } catch {
+            throw new PayloadError("the text is not JSON");
+        }
     }
-}
 
-function pageStrings(value) {
-    if (value === undefined) {
-        return { sectionTitle: "", sectionText: "", sectionLabel: "", listTitle: "", listText: "" };
+    /**
+     * Checks a payload's shape and keeps what this page shows.
+     * @param {unknown} value the JSON value
+     * @returns {Flow}
+     * @throws {PayloadError}
+     */
+    function readPayload(value) {
+        const payload = objectOf(value, "payload");
+        const flow = textIn(payload, "flow");
+        switch (flow) {
+            case "alert":
+                return alertFlow(objectOf(payload.value, "value"));
+            case "enrollment":
+                return enrollmentFlow(objectOf(payload.value, "value"));
+            default:
+                throw new PayloadError("the flow is not known");
+        }
     }
-    const strings = objectOf(value, "multiAlertPageStrings");
-    return {
-        sectionTitle: textIn(strings, "alertSectionTitle"),
-        sectionText: textIn(strings, "alertSectionDescription"),
-        sectionLabel: textIn(strings, "alertSectionActionLabel"),
-        listTitle: textIn(strings, "alertListTitle"),
-        listText: textIn(strings, "alertListDescription"),
-    };
-}
 
-function enrollmentFlow(value) {
-    if (textIn(value, "state") !== "progress") {
-        throw new PayloadError("the enrollment's state is not known");
+    /** Whether there is anything to put on the page that leads to the list. */
+    function hasSection({ strings }) {
+        return strings.sectionTitle !== "" || strings.sectionText !== "" || strings.sectionLabel !== "";
     }
-    const percent = value.percent_complete;
-    if (!Number.isInteger(percent) || percent < 0) {
-        throw new PayloadError("percent_complete is not a whole number");
-    }
-    return { flow: "enrollment", title: textIn(value, "title"), percent: Math.min(percent, 100) };
-}
 
-function objectOf(value, name) {
-    if (typeof value !== "object" || value === null || Array.isArray(value)) {
-        throw new PayloadError(`${name} is not an object`);
+    function alertFlow(value) {
+        return {
+            flow: "alert",
+            alerts: arrayIn(value, "alerts").map(alertOf),
+            strings: pageStrings(value.multiAlertPageStrings),
+        };
     }
-    return value;
-}
 
-function textIn(object, key) {
-    if (!Object.hasOwn(object, key) || typeof object[key] !== "string") {
-        throw new PayloadError(`${key} is not a text`);
+    function alertOf(value) {
+        const alert = objectOf(value, "alert");
+        return {
+            title: textIn(alert, "title"),
+            shortText: textIn(alert, "shortDescription"),
+            longText: textIn(alert, "longDescription"),
+            actions: alert.actions === undefined ? [] : arrayIn(alert, "actions").map(actionOf),
+        };
     }
-    return object[key];
-}
 
-function arrayIn(object, key) {
-    if (!Object.hasOwn(object, key) || !Array.isArray(object[key])) {
-        throw new PayloadError(`${key} is not an array`);
+    function actionOf(value) {
+        const action = objectOf(value, "action");
+        const label = textIn(action, "label");
+        switch (textIn(action, "type")) {
+            case "local": {
+                const page = objectOf(action.detailPage, "detailPage");
+                const event = objectOf(action.kestrelSuiteEvent, "kestrelSuiteEvent");
+                return {
+                    kind: "local",
+                    label,
+                    title: textIn(page, "title"),
+                    description: textIn(page, "description"),
+                    event: { type: textIn(event, "type"), value: textIn(event, "value") },
+                };
+            }
+            case "remote":
+                return { kind: "remote", label, address: textIn(action, "url") };
+            default:
+                throw new PayloadError("the action's type is not known");
+        }
     }
-    return object[key];
+
+    function pageStrings(value) {
+        if (value === undefined) {
+            return { sectionTitle: "", sectionText: "", sectionLabel: "", listTitle: "", listText: "" };
+        }
+        const strings = objectOf(value, "multiAlertPageStrings");
+        return {
+            sectionTitle: textIn(strings, "alertSectionTitle"),
+            sectionText: textIn(strings, "alertSectionDescription"),
+            sectionLabel: textIn(strings, "alertSectionActionLabel"),
+            listTitle: textIn(strings, "alertListTitle"),
+            listText: textIn(strings, "alertListDescription"),
+        };
+    }
+
+    function enrollmentFlow(value) {
+        if (textIn(value, "state") !== "progress") {
+            throw new PayloadError("the enrollment's state is not known");
+        }
+        const percent = value.percent_complete;
+        if (!Number.isInteger(percent) || percent < 0) {
+            throw new PayloadError("percent_complete is not a whole number");
+        }
+        return { flow: "enrollment", title: textIn(value, "title"), percent: Math.min(percent, 100) };
+    }
+
+    function objectOf(value, name) {
+        if (typeof value !== "object" || value === null || Array.isArray(value)) {
+            throw new PayloadError(`${name} is not an object`);
+        }
+        return value;
+    }
+
+    function textIn(object, key) {
+        if (!Object.hasOwn(object, key) || typeof object[key] !== "string") {
+            throw new PayloadError(`${key} is not a text`);
+        }
+        return object[key];
+    }
+
+    function arrayIn(object, key) {
+        if (!Object.hasOwn(object, key) || !Array.isArray(object[key])) {
+            throw new PayloadError(`${key} is not an array`);
+        }
+        return object[key];
+    }
+
+    wrenPage.payload = { PayloadError, readDetail, decodeDetail, readPayload, hasSection };
 }

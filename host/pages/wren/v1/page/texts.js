@@ -1,7 +1,9 @@
 /**
  * The page's own words. Everything else that a user reads here comes from the payload.
  */
-export const texts = Object.freeze({
+"use strict";
+
+wrenPage.texts = Object.freeze({
     product: "Wren Gate",
 
     alert: "Alert",

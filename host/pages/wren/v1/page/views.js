@@ -4,257 +4,263 @@
  *
  * A control that can hold the focus across payloads carries `data-control`, its name on the page.
  *
- * @typedef {import("./payload.js").Flow} Flow
- * @typedef {import("./place.js").Place} Place
- *
  * @typedef {object} Controls what the page does when a control is used
  * @property {(place: Place) => void} open goes to a place further in
- * @property {(event: import("./payload.js").KestrelSuiteEvent) => void} send
+ * @property {(event: KestrelSuiteEvent) => void} send
  * @property {() => void} check
  *
  * @typedef {object} Notes what has been done on this page already
  * @property {boolean} sent the action's event went out
  * @property {boolean} checked a new check was requested
  */
-import { webAddress } from "./address.js";
-import { button, drawing, element, textElement } from "./dom.js";
-import { icons } from "./icons.js";
-import { texts } from "./texts.js";
+"use strict";
+{
+    const { webAddress } = wrenPage.address;
+    const { button, drawing, element, textElement } = wrenPage.dom;
+    const { icons, texts } = wrenPage;
 
-/**
- * @param {Flow} flow
- * @param {Place} place
- * @param {Controls} controls
- * @param {Notes} notes
- * @returns {HTMLElement}
- */
-export function view(flow, place, controls, notes) {
-    const children = {
-        progress: () => progressView(flow),
-        clear: () => clearView(),
-        section: () => sectionView(flow, controls),
-        list: () => listView(flow, controls, notes),
-        alert: () => alertView(flow.alerts[place.alert], place, controls, notes),
-        action: () => actionView(flow.alerts[place.alert].actions[place.action], controls, notes),
-    }[place.page]();
-    return element("article", { class: "view", "data-page": place.page, "aria-labelledby": "heading" }, ...children);
-}
+    /**
+     * @param {Flow} flow
+     * @param {Place} place
+     * @param {Controls} controls
+     * @param {Notes} notes
+     * @returns {HTMLElement}
+     */
+    function view(flow, place, controls, notes) {
+        const children = {
+            progress: () => progressView(flow),
+            clear: () => clearView(),
+            section: () => sectionView(flow, controls),
+            list: () => listView(flow, controls, notes),
+            alert: () => alertView(flow.alerts[place.alert], place, controls, notes),
+            action: () => actionView(flow.alerts[place.alert].actions[place.action], controls, notes),
+        }[place.page]();
+        const attributes = { class: "view", "data-page": place.page, "aria-labelledby": "heading" };
+        return element("article", attributes, ...children);
+    }
 
-/**
- * The name of what stands in the masthead beside the way back.
- * @param {Flow} flow
- * @param {Place} place where the way back leads
- * @returns {string}
- */
-export function backLabel(flow, place) {
-    return place.page === "list" ? texts.backToAlerts(flow.alerts.length) : texts.back;
-}
+    /**
+     * The name of what stands in the masthead beside the way back.
+     * @param {Flow} flow
+     * @param {Place} place where the way back leads
+     * @returns {string}
+     */
+    function backLabel(flow, place) {
+        return place.page === "list" ? texts.backToAlerts(flow.alerts.length) : texts.back;
+    }
 
-/**
- * Brings a progress page up to date in place, so that its bar moves and no one's reading is interrupted.
- * @param {HTMLElement} shown the view of an enrollment
- * @param {import("./payload.js").EnrollmentFlow} flow
- */
-export function updateProgress(shown, { title, percent }) {
-    shown.querySelector("#heading").textContent = title || texts.progress;
-    shown.querySelector(".percent").textContent = texts.percent(percent);
-    const meter = shown.querySelector(".meter");
-    meter.setAttribute("aria-valuenow", String(percent));
-    meter.firstElementChild.style.setProperty("--done", String(percent / 100));
-}
+    /**
+     * Brings a progress page up to date in place, so that its bar moves and no one's reading is interrupted.
+     * @param {HTMLElement} shown the view of an enrollment
+     * @param {EnrollmentFlow} flow
+     */
+    function updateProgress(shown, { title, percent }) {
+        shown.querySelector("#heading").textContent = title || texts.progress;
+        shown.querySelector(".percent").textContent = texts.percent(percent);
+        const meter = shown.querySelector(".meter");
+        meter.setAttribute("aria-valuenow", String(percent));
+        meter.firstElementChild.style.setProperty("--done", String(percent / 100));
+    }
 
-function progressView(flow) {
-    const meter = element(
-        "div",
-        {
-            class: "meter",
-            role: "progressbar",
-            "aria-labelledby": "heading",
-            "aria-valuemin": "0",
-            "aria-valuemax": "100",
-        },
-        element("div", { class: "meter-fill" }),
-    );
-    const shown = [
-        badge("progress", "calm"),
-        heading(flow.title, texts.progress),
-        element("div", { class: "progress" }, meter, element("p", { class: "percent", "aria-hidden": "true" })),
-        element("p", { class: "text" }, texts.progressText),
-    ];
-    updateProgress(element("div", {}, ...shown), flow);
-    return shown;
-}
-
-function clearView() {
-    return [badge("clear", "good"), heading("", texts.clearTitle), element("p", { class: "text" }, texts.clearText)];
-}
-
-function sectionView({ strings }, controls) {
-    return [
-        badge("attention", "attention"),
-        heading(strings.sectionTitle, texts.alerts),
-        textElement("p", strings.sectionText, { class: "text" }),
-        element(
+    function progressView(flow) {
+        const meter = element(
             "div",
-            { class: "controls" },
-            button(
-                { class: "primary", "data-control": "open-list", dir: "auto" },
-                () => controls.open({ page: "list" }),
-                strings.sectionLabel || texts.openList,
-            ),
-        ),
-    ];
-}
+            {
+                class: "meter",
+                role: "progressbar",
+                "aria-labelledby": "heading",
+                "aria-valuemin": "0",
+                "aria-valuemax": "100",
+            },
+            element("div", { class: "meter-fill" }),
+        );
+        const shown = [
+            badge("progress", "calm"),
+            heading(flow.title, texts.progress),
+            element("div", { class: "progress" }, meter, element("p", { class: "percent", "aria-hidden": "true" })),
+            element("p", { class: "text" }, texts.progressText),
+        ];
+        updateProgress(element("div", {}, ...shown), flow);
+        return shown;
+    }
 
-function listView({ alerts, strings }, controls, notes) {
-    return [
-        heading(strings.listTitle, texts.alerts),
-        textElement("p", strings.listText, { class: "text" }),
-        element(
-            "ul",
-            { class: "entries", role: "list" },
-            ...alerts.map((alert, index) => entry(alert, index, controls)),
-        ),
-        checkAgain(controls, notes),
-    ];
-}
+    function clearView() {
+        return [
+            badge("clear", "good"),
+            heading("", texts.clearTitle),
+            element("p", { class: "text" }, texts.clearText),
+        ];
+    }
 
-function entry(alert, index, controls) {
-    return element(
-        "li",
-        {},
-        button(
-            { class: "entry", "data-control": `entry-${index}` },
-            () => controls.open({ page: "alert", alert: index }),
-            badge(iconOf(alert), toneOf(alert)),
+    function sectionView({ strings }, controls) {
+        return [
+            badge("attention", "attention"),
+            heading(strings.sectionTitle, texts.alerts),
+            textElement("p", strings.sectionText, { class: "text" }),
             element(
-                "span",
-                { class: "entry-texts" },
-                element("span", { class: "entry-title", dir: "auto" }, alert.title || texts.alert),
-                // Without a short text, alerts of one title could not be told apart.
-                textElement("span", alert.shortText || alert.longText, { class: "entry-text" }),
+                "div",
+                { class: "controls" },
+                button(
+                    { class: "primary", "data-control": "open-list", dir: "auto" },
+                    () => controls.open({ page: "list" }),
+                    strings.sectionLabel || texts.openList,
+                ),
             ),
-            drawing(icons.forward, "icon forward"),
-        ),
-    );
-}
+        ];
+    }
 
-function alertView(alert, place, controls, notes) {
-    return [
-        badge(iconOf(alert), toneOf(alert)),
-        heading(alert.title, texts.alert),
-        // Most long texts say all of the short one again; then the short one has nothing to add.
-        alert.longText.includes(alert.shortText) ? null : textElement("p", alert.shortText, { class: "lead" }),
-        textElement("p", alert.longText, { class: "text" }),
-        ...alert.actions.map((action, index) =>
-            action.kind === "local"
-                ? openAction(action, { page: "action", alert: place.alert, action: index }, controls)
-                : remoteAction(action, index),
-        ),
-        offersWayOut(alert) ? null : checkAgain(controls, notes),
-    ];
-}
+    function listView({ alerts, strings }, controls, notes) {
+        return [
+            heading(strings.listTitle, texts.alerts),
+            textElement("p", strings.listText, { class: "text" }),
+            element(
+                "ul",
+                { class: "entries", role: "list" },
+                ...alerts.map((alert, index) => entry(alert, index, controls)),
+            ),
+            checkAgain(controls, notes),
+        ];
+    }
 
-function openAction(action, target, controls) {
-    return element(
-        "div",
-        { class: "controls" },
-        button(
-            { class: "primary", "data-control": `action-${target.action}`, dir: "auto" },
-            () => controls.open(target),
-            action.label || texts.openAction,
-        ),
-    );
-}
-
-function remoteAction(action, index) {
-    const address = webAddress(action.address);
-    if (address === null) {
+    function entry(alert, index, controls) {
         return element(
-            "div",
-            { class: "remote" },
-            textElement("p", action.label, { class: "remote-label" }),
-            element("p", { class: "address" }, `${texts.addressAlone} `, element("bdi", {}, action.address)),
+            "li",
+            {},
+            button(
+                { class: "entry", "data-control": `entry-${index}` },
+                () => controls.open({ page: "alert", alert: index }),
+                badge(iconOf(alert), toneOf(alert)),
+                element(
+                    "span",
+                    { class: "entry-texts" },
+                    element("span", { class: "entry-title", dir: "auto" }, alert.title || texts.alert),
+                    // Without a short text, alerts of one title could not be told apart.
+                    textElement("span", alert.shortText || alert.longText, { class: "entry-text" }),
+                ),
+                drawing(icons.forward, "icon forward"),
+            ),
         );
     }
-    const link = element(
-        "a",
-        {
-            class: "primary",
-            href: address,
-            target: "_blank",
-            rel: "noopener noreferrer",
-            "aria-describedby": `address-${index}`,
-            "data-control": `action-${index}`,
-        },
-        element("bdi", {}, action.label || address),
-        drawing(icons.outside, "icon"),
-    );
-    // A label may say anything; where the link leads is for the user to see before the click.
-    const where = element(
-        "p",
-        { class: "address", id: `address-${index}` },
-        `${texts.addressOfLink} `,
-        element("bdi", {}, address),
-    );
-    return element("div", { class: "remote" }, element("div", { class: "controls" }, link), where);
-}
 
-function actionView(action, controls, notes) {
-    return [
-        badge("identity", "calm"),
-        heading(action.title, action.label || texts.openAction),
-        textElement("p", action.description, { class: "text" }),
-        element(
+    function alertView(alert, place, controls, notes) {
+        return [
+            badge(iconOf(alert), toneOf(alert)),
+            heading(alert.title, texts.alert),
+            // Most long texts say all of the short one again; then the short one has nothing to add.
+            alert.longText.includes(alert.shortText) ? null : textElement("p", alert.shortText, { class: "lead" }),
+            textElement("p", alert.longText, { class: "text" }),
+            ...alert.actions.map((action, index) =>
+                action.kind === "local"
+                    ? openAction(action, { page: "action", alert: place.alert, action: index }, controls)
+                    : remoteAction(action, index),
+            ),
+            offersWayOut(alert) ? null : checkAgain(controls, notes),
+        ];
+    }
+
+    function openAction(action, target, controls) {
+        return element(
             "div",
             { class: "controls" },
             button(
-                { class: "primary", "data-control": "send", dir: "auto" },
-                () => controls.send(action.event),
-                action.label || texts.sendAction,
+                { class: "primary", "data-control": `action-${target.action}`, dir: "auto" },
+                () => controls.open(target),
+                action.label || texts.openAction,
             ),
-        ),
-        notes.sent ? note(texts.sent) : null,
-    ];
-}
+        );
+    }
 
-// A check of the device may clear what the user can do nothing about here; where an action is waiting for the
-// user, that action is the way out and a second offer would only distract from it.
-function checkAgain(controls, notes) {
-    return element(
-        "div",
-        { class: "check" },
-        button(
-            { class: "quiet", "data-control": "check", "aria-describedby": "check-text" },
-            controls.check,
-            drawing(icons.again, "icon"),
-            texts.check,
-        ),
-        element("p", { id: "check-text", class: "check-text" }, texts.checkText),
-        notes.checked ? note(texts.checkRequested) : null,
-    );
-}
+    function remoteAction(action, index) {
+        const address = webAddress(action.address);
+        if (address === null) {
+            return element(
+                "div",
+                { class: "remote" },
+                textElement("p", action.label, { class: "remote-label" }),
+                element("p", { class: "address" }, `${texts.addressAlone} `, element("bdi", {}, action.address)),
+            );
+        }
+        const link = element(
+            "a",
+            {
+                class: "primary",
+                href: address,
+                target: "_blank",
+                rel: "noopener noreferrer",
+                "aria-describedby": `address-${index}`,
+                "data-control": `action-${index}`,
+            },
+            element("bdi", {}, action.label || address),
+            drawing(icons.outside, "icon"),
+        );
+        // A label may say anything; where the link leads is for the user to see before the click.
+        const where = element(
+            "p",
+            { class: "address", id: `address-${index}` },
+            `${texts.addressOfLink} `,
+            element("bdi", {}, address),
+        );
+        return element("div", { class: "remote" }, element("div", { class: "controls" }, link), where);
+    }
 
-function note(text) {
-    return element("p", { class: "note" }, drawing(icons.done, "icon"), element("span", {}, text));
-}
+    function actionView(action, controls, notes) {
+        return [
+            badge("identity", "calm"),
+            heading(action.title, action.label || texts.openAction),
+            textElement("p", action.description, { class: "text" }),
+            element(
+                "div",
+                { class: "controls" },
+                button(
+                    { class: "primary", "data-control": "send", dir: "auto" },
+                    () => controls.send(action.event),
+                    action.label || texts.sendAction,
+                ),
+            ),
+            notes.sent ? note(texts.sent) : null,
+        ];
+    }
 
-function heading(text, otherwise) {
-    return element("h1", { id: "heading", tabindex: "-1", dir: "auto" }, text || otherwise);
-}
+    // A check of the device may clear what the user can do nothing about here; where an action is waiting for the
+    // user, that action is the way out and a second offer would only distract from it.
+    function checkAgain(controls, notes) {
+        return element(
+            "div",
+            { class: "check" },
+            button(
+                { class: "quiet", "data-control": "check", "aria-describedby": "check-text" },
+                controls.check,
+                drawing(icons.again, "icon"),
+                texts.check,
+            ),
+            element("p", { id: "check-text", class: "check-text" }, texts.checkText),
+            notes.checked ? note(texts.checkRequested) : null,
+        );
+    }
 
-function badge(icon, tone) {
-    return element("span", { class: "badge", "data-tone": tone }, drawing(icons[icon], "icon"));
-}
+    function note(text) {
+        return element("p", { class: "note" }, drawing(icons.done, "icon"), element("span", {}, text));
+    }
 
-function offersWayOut(alert) {
-    return alert.actions.some((action) => action.kind === "local");
-}
+    function heading(text, otherwise) {
+        return element("h1", { id: "heading", tabindex: "-1", dir: "auto" }, text || otherwise);
+    }
 
-function iconOf(alert) {
-    return offersWayOut(alert) ? "identity" : "attention";
-}
+    function badge(icon, tone) {
+        return element("span", { class: "badge", "data-tone": tone }, drawing(icons[icon], "icon"));
+    }
 
-function toneOf(alert) {
-    return offersWayOut(alert) ? "calm" : "attention";
+    function offersWayOut(alert) {
+        return alert.actions.some((action) => action.kind === "local");
+    }
+
+    function iconOf(alert) {
+        return offersWayOut(alert) ? "identity" : "attention";
+    }
+
+    function toneOf(alert) {
+        return offersWayOut(alert) ? "calm" : "attention";
+    }
+
+    wrenPage.views = { view, backLabel, updateProgress };
 }
