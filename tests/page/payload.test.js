@@ -62,6 +62,18 @@ test("letters beyond ASCII survive", async () => {
     assert.equal(value.alerts[0].title, "Zugriff gesperrt – größer 你好 🐦");
 });
 
+test("a payload of many megabytes is read", async () => {
+    const { value } = await read(alerts(...Array.from({ length: 100 }, () => alert("Title", "", "größer 你好 ".repeat(6000)))));
+    assert.deepEqual(value.alerts.map(({ longText }) => longText.length), Array(100).fill(60000));
+});
+
+test("letters of several bytes survive wherever the payload is cut for decoding", async () => {
+    const texts = [0, 1, 2, 3].map((shift) => "a".repeat(shift) + "🐦你".repeat(20000));
+    for (const text of texts) {
+        assert.equal((await read(progress(text, 1))).value.title, text);
+    }
+});
+
 test("keys that are not known are passed over", async () => {
     const payload = { ...progress("Enrolling...", 1), later: 1 };
     payload.value.estimate = "soon";
@@ -77,8 +89,12 @@ for (const [what, detail, reason] of [
     ["missing padding", "e30", "the detail is not Base64"],
     ["padding in the middle", "e30=e30=", "the detail is not Base64"],
     ["white space", "e30=\n", "the detail is not Base64"],
+    ["padding far from the end", `${"A".repeat(0x10000 - 1)}=${"A".repeat(8)}`, "the detail is not Base64"],
+    ["padding alone", "====", "the detail is not Base64"],
+    ["wrong far from the start", `${"A".repeat(0x10000)}$AAA`, "the detail is not Base64"],
     ["nothing at all", "", "the text is not JSON"],
     ["bytes that are not UTF-8", Buffer.from([0x7b, 0xff, 0x7d]).toString("base64"), "the text is not UTF-8"],
+    ["half a letter at the end of many", Buffer.from(`"${"ä".repeat(40000)}`, "utf8").subarray(0, -1).toString("base64"), "the text is not UTF-8"],
     ["half a letter", Buffer.from([0x22, 0xc3]).toString("base64"), "the text is not UTF-8"],
     ["text that is not JSON", Buffer.from("{flow:1}").toString("base64"), "the text is not JSON"],
     ["half a document", Buffer.from('{"flow":"alert"').toString("base64"), "the text is not JSON"],
