@@ -46,6 +46,54 @@ for (const [what, detail] of broken) {
     });
 }
 
+/** Lets something that the page needs fail until `repair`. */
+const breakPage = (what) =>
+    shown.page.evaluate((name) => {
+        window.repair = { TextDecoder: window.TextDecoder, createElement: document.createElement };
+        function fail() {
+            throw new RangeError("Maximum call stack size exceeded");
+        }
+        if (name === "TextDecoder") {
+            window.TextDecoder = fail;
+        } else {
+            document.createElement = fail;
+        }
+    }, what);
+
+const repair = () =>
+    shown.page.evaluate(() => {
+        window.TextDecoder = window.repair.TextDecoder;
+        document.createElement = window.repair.createElement;
+    });
+
+for (const what of ["TextDecoder", "createElement"]) {
+    test(`when ${what} fails unexpectedly, the page says so and takes the same update later`, async () => {
+        await breakPage(what);
+        await shown.show(alerts(posture));
+        assert.equal(await shown.fault(), waiting);
+        assert.equal(await shown.where(), "waiting");
+        await repair();
+        await shown.show(alerts(posture));
+        assert.equal(await shown.fault(), "");
+        assert.equal(await shown.heading(), "Plover Desktop error");
+        assert.deepEqual(shown.faults.splice(0), ["error: Maximum call stack size exceeded"]);
+    });
+
+    test(`when ${what} fails unexpectedly, nothing of what is shown is lost`, async () => {
+        await shown.show(alertsWithSection(issuesSection, posture, interceptor));
+        await shown.press("See Details");
+        await breakPage(what);
+        await shown.show(alerts(reenroll, posture, interceptor));
+        assert.equal(await shown.fault(), outOfDate);
+        await repair();
+        await shown.page.locator(".entry").nth(1).click();
+        assert.equal(await shown.heading(), "Network interceptor error");
+        await shown.press("All alerts (2)");
+        assert.equal(await shown.page.locator(".entry").count(), 2);
+        assert.deepEqual(shown.faults.splice(0), ["error: Maximum call stack size exceeded"]);
+    });
+}
+
 test("many broken updates make one line", async () => {
     await shown.show(progress("Enrolling...", 30));
     for (const [, detail] of broken) {

@@ -17,6 +17,7 @@ const scripts = [
     "page/place.js",
     "page/announcement.js",
     "page/views.js",
+    "page/entries.js",
     "page/page.js",
 ];
 

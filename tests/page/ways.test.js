@@ -8,7 +8,7 @@ import { describe, test } from "node:test";
 
 import { encode, hostOnDisk, usePage } from "./support/browser.js";
 import { framingHost, message } from "./support/messages.js";
-import { alerts, alertsWithSection, blocked, interceptor, issuesSection, posture, progress, reenroll } from "./support/payloads.js";
+import { alerts, alertsWithSection, blocked, interceptor, issuesSection, numbered, posture, progress, reenroll } from "./support/payloads.js";
 import { pages } from "./support/server.js";
 
 const dispatchInside = (shown, detail) => shown.dispatch(detail);
@@ -67,6 +67,12 @@ for (const [way, site, hand] of [
             await show(alerts(posture));
             assert.equal(await shown.fault(), "");
             assert.equal(await shown.heading(), "Plover Desktop error");
+        });
+
+        test("thousands of alerts are all there", async () => {
+            await show(alerts(...numbered(8000)));
+            await shown.view.locator("[data-control=entry-7999]").click();
+            assert.equal(await shown.heading(), "Alert 7999");
         });
     });
 }

@@ -18,6 +18,12 @@ export function alert(title, shortDescription, longDescription, action) {
     return { title, shortDescription, longDescription, ...(action ? { actions: [action] } : {}) };
 }
 
+/** So many alerts, each with a number in its title and as much text as real ones have. */
+export function numbered(count) {
+    const text = "Access to secure resource is blocked. Contact your IT help desk. ";
+    return Array.from({ length: count }, (_, index) => alert(`Alert ${index}`, text, text.repeat(6)));
+}
+
 export function local(label, title, description, type, value) {
     return {
         type: "local",

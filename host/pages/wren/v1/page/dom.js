@@ -45,11 +45,9 @@
         svg.setAttribute("class", className);
         svg.setAttribute("viewBox", "0 0 24 24");
         svg.setAttribute("aria-hidden", "true");
-        for (const path of paths) {
-            const line = document.createElementNS(svgNamespace, "path");
-            line.setAttribute("d", path);
-            svg.append(line);
-        }
+        const lines = document.createElementNS(svgNamespace, "path");
+        lines.setAttribute("d", paths.join(" "));
+        svg.append(lines);
         return svg;
     }
 

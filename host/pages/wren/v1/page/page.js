@@ -8,8 +8,8 @@
     const { listenToHost, tellHost } = wrenPage.host;
     const { PayloadError, readDetail } = wrenPage.payload;
     const { findAgain, follow, home, outer } = wrenPage.place;
-    const { backLabel, updateProgress, view } = wrenPage.views;
-    const { announcement, icons, texts } = wrenPage;
+    const { backLabel, putAwayList, updateList, updateProgress, view } = wrenPage.views;
+    const { Entries, announcement, icons, texts } = wrenPage;
 
     const main = document.querySelector("main");
     const wayBack = document.querySelector("#way-back");
@@ -33,41 +33,47 @@
         },
     };
 
+    const entries = new Entries((alert) => goTo({ page: "alert", alert }));
+
     listenToHost(receive);
 
     function receive(detail) {
-        let next;
+        const before = { flow, place, notes };
         try {
-            next = readDetail(detail);
-        } catch (error) {
-            if (!(error instanceof PayloadError)) {
-                throw error;
+            const next = readDetail(detail);
+            if (detail !== lastDetail) {
+                take(next);
+                lastDetail = detail;
             }
-            console.warn(`update-flow: ${error.message}`);
+            showFault("");
+        } catch (error) {
+            ({ flow, place, notes } = before);
             showFault(flow === null ? texts.brokenFirstUpdate : texts.brokenUpdate);
-            return;
-        }
-        showFault("");
-        if (detail !== lastDetail) {
-            lastDetail = detail;
-            take(next);
+            if (error instanceof PayloadError) {
+                console.warn(`update-flow: ${error.message}`);
+                return;
+            }
+            entries.show(flow?.alerts ?? []);
+            throw error; // a fault of this page, whose place the console then reports
         }
     }
 
     // Puts a new flow in the place of the shown one, and the user back to where that leaves them.
     function take(next) {
-        const before = { flow, place, focused: focusedControl() };
+        const seen = place.page === "list" ? entries.firstInWindow() : null;
+        const before = { flow, place, focused: focusedControl(), seen };
         const followed = follow(place, flow, next);
         flow = next;
         place = followed.place;
-        const staysInProgress = followed.kept && place.page === "progress";
-        if (staysInProgress) {
-            updateProgress(main.firstElementChild, flow);
+        entries.show(flow.alerts ?? []);
+        if (followed.kept && place.page === "progress") {
+            updateProgress(shownView(), flow);
             document.title = pageTitle();
         } else {
             notes = { sent: followed.kept && notes.sent, checked: false };
             render();
             if (followed.kept) {
+                holdEntry(before);
                 focusControl(controlAfter(before), { preventScroll: true });
             } else {
                 arrive();
@@ -100,8 +106,8 @@
     }
 
     function render() {
-        const shown = view(flow, place, controls, notes);
-        main.replaceChildren(shown);
+        showView();
+        entries.grows(place.page === "list");
         const target = outer(place, flow);
         const back =
             target &&
@@ -117,6 +123,27 @@
         document.title = pageTitle();
     }
 
+    function showView() {
+        const left = shownView();
+        const listView = main.querySelector(":scope > [data-page=list]");
+        const isBack = place.page === "list" && listView !== null;
+        const shown = isBack ? listView : view(flow, place, controls, notes, entries.list);
+        if (isBack) {
+            updateList(shown, flow, controls, notes);
+        } else {
+            main.append(shown);
+        }
+        if (left === listView && left !== shown && entries.isLong) {
+            putAwayList(left);
+        } else if (left !== shown) {
+            left.remove();
+        }
+    }
+
+    function shownView() {
+        return main.querySelector(":scope > :not([aria-hidden])");
+    }
+
     function pageTitle() {
         return `${document.querySelector("#heading").textContent} - ${texts.product}`;
     }
@@ -124,7 +151,8 @@
     // The start of another page. A page without the focus doesn't take it: that would pull the user out of whatever
     // they are doing around its frame.
     function arrive() {
-        main.firstElementChild.classList.add("arriving");
+        // To move a long list takes longer than the movement.
+        shownView().classList.toggle("arriving", place.page !== "list" || !entries.isLong);
         window.scrollTo(0, 0);
         if (document.hasFocus()) {
             document.querySelector("#heading").focus({ preventScroll: true });
@@ -137,17 +165,35 @@
     }
 
     // The name that a control of the page before has on the page now.
-    function controlAfter({ flow: before, place: from, focused }) {
-        if (focused?.startsWith("entry-") && from.page === "list") {
-            const again = findAgain(before.alerts, Number(focused.slice("entry-".length)), flow.alerts);
-            return again < 0 ? "heading" : `entry-${again}`;
+    function controlAfter({ flow: before, focused }) {
+        const entry = entryNamed(focused);
+        if (entry === null) {
+            return focused;
         }
-        return focused;
+        const again = findAgain(before.alerts, entry, flow.alerts);
+        return again < 0 ? "heading" : `entry-${again}`;
+    }
+
+    // The list changes, but what the user sees of it doesn't move.
+    function holdEntry({ flow: before, seen }) {
+        if (seen !== null) {
+            const again = findAgain(before.alerts, seen.index, flow.alerts);
+            entries.hold(again < 0 ? Math.min(seen.index, flow.alerts.length - 1) : again, seen.top);
+        }
+    }
+
+    // The index of the entry with this control's name; null where the name is another control's, or none.
+    function entryNamed(control) {
+        return control?.startsWith("entry-") ? Number(control.slice("entry-".length)) : null;
     }
 
     function focusControl(name, options = {}) {
         if (name === undefined) {
             return;
+        }
+        const entry = entryNamed(name);
+        if (entry !== null) {
+            entries.reach(entry);
         }
         const wanted = document.querySelector(`[data-control="${name}"]`) ?? document.querySelector("#heading");
         wanted.focus(options);

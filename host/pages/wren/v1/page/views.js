@@ -24,14 +24,15 @@
      * @param {Place} place
      * @param {Controls} controls
      * @param {Notes} notes
+     * @param {HTMLElement} entries the element of the list's entries
      * @returns {HTMLElement}
      */
-    function view(flow, place, controls, notes) {
+    function view(flow, place, controls, notes, entries) {
         const children = {
             progress: () => progressView(flow),
             clear: () => clearView(),
             section: () => sectionView(flow, controls),
-            list: () => listView(flow, controls, notes),
+            list: () => listView(flow, controls, notes, entries),
             alert: () => alertView(flow.alerts[place.alert], place, controls, notes),
             action: () => actionView(flow.alerts[place.alert].actions[place.action], controls, notes),
         }[place.page]();
@@ -60,6 +61,64 @@
         const meter = shown.querySelector(".meter");
         meter.setAttribute("aria-valuenow", String(percent));
         meter.firstElementChild.style.setProperty("--done", String(percent / 100));
+    }
+
+    /**
+     * Brings the list's page up to date in place, around its entries, and back if it was put away.
+     * @param {HTMLElement} shown the view of the list
+     * @param {AlertFlow} flow
+     * @param {Controls} controls
+     * @param {Notes} notes
+     */
+    function updateList(shown, { strings }, controls, notes) {
+        leaveEntries(shown);
+        shown.prepend(...listHead(strings));
+        shown.append(checkAgain(controls, notes));
+        shown.classList.remove("arriving");
+        shown.removeAttribute("aria-hidden");
+    }
+
+    /**
+     * Leaves the list's page in the document, but out of sight and reach. To lay out a long list again takes seconds.
+     * @param {HTMLElement} shown the view of the list
+     */
+    function putAwayList(shown) {
+        leaveEntries(shown);
+        shown.setAttribute("aria-hidden", "true");
+    }
+
+    function leaveEntries(shown) {
+        shown.querySelectorAll(":scope > :not(.entries)").forEach((child) => child.remove());
+    }
+
+    /**
+     * An alert in the list.
+     * @param {Alert} alert
+     * @param {() => void} open
+     * @returns {HTMLElement}
+     */
+    function entry(alert, open) {
+        return button(
+            { class: "entry" },
+            open,
+            badge(iconOf(alert), toneOf(alert)),
+            element(
+                "span",
+                { class: "entry-texts" },
+                element("span", { class: "entry-title", dir: "auto" }, alert.title || texts.alert),
+                textElement("span", entryText(alert), { class: "entry-text" }),
+            ),
+            drawing(icons.forward, "icon forward"),
+        );
+    }
+
+    /**
+     * All that an alert's entry shows; alerts of which it is the same have entries that can't be told apart.
+     * @param {Alert} alert
+     * @returns {string}
+     */
+    function lookOf(alert) {
+        return JSON.stringify([iconOf(alert), toneOf(alert), alert.title, entryText(alert)]);
     }
 
     function progressView(flow) {
@@ -109,37 +168,18 @@
         ];
     }
 
-    function listView({ alerts, strings }, controls, notes) {
-        return [
-            heading(strings.listTitle, texts.alerts),
-            textElement("p", strings.listText, { class: "text" }),
-            element(
-                "ul",
-                { class: "entries", role: "list" },
-                ...alerts.map((alert, index) => entry(alert, index, controls)),
-            ),
-            checkAgain(controls, notes),
-        ];
+    function listView({ strings }, controls, notes, entries) {
+        return [...listHead(strings), entries, checkAgain(controls, notes)];
     }
 
-    function entry(alert, index, controls) {
-        return element(
-            "li",
-            {},
-            button(
-                { class: "entry", "data-control": `entry-${index}` },
-                () => controls.open({ page: "alert", alert: index }),
-                badge(iconOf(alert), toneOf(alert)),
-                element(
-                    "span",
-                    { class: "entry-texts" },
-                    element("span", { class: "entry-title", dir: "auto" }, alert.title || texts.alert),
-                    // Without a short text, alerts of one title could not be told apart.
-                    textElement("span", alert.shortText || alert.longText, { class: "entry-text" }),
-                ),
-                drawing(icons.forward, "icon forward"),
-            ),
-        );
+    function listHead({ listTitle, listText }) {
+        const text = textElement("p", listText, { class: "text" });
+        return [heading(listTitle, texts.alerts), ...(text ? [text] : [])];
+    }
+
+    // Without a short text, alerts of one title could not be told apart.
+    function entryText(alert) {
+        return alert.shortText || alert.longText;
     }
 
     function alertView(alert, place, controls, notes) {
@@ -262,5 +302,5 @@
         return offersWayOut(alert) ? "calm" : "attention";
     }
 
-    wrenPage.views = { view, backLabel, updateProgress };
+    wrenPage.views = { view, backLabel, updateProgress, updateList, putAwayList, entry, lookOf };
 }
