@@ -30,7 +30,7 @@ public:
 private:
     Silence silence;
     test::IdleSlots slots;
-    PresentationPluginMachine machine{slots, quillSmlLogger()};
+    PresentationPluginMachine machine{static_cast<IPresentationPluginSmCallbacks&>(slots), quillSmlLogger()};
     Event event;
 };
 

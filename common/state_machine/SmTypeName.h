@@ -58,6 +58,8 @@ struct Unwrapped {
 };
 template <template <class...> class Wrapper, class T, class... Rest>
 struct Unwrapped<Wrapper<T, Rest...>> : Unwrapped<T> {};
+template <class T>
+struct Unwrapped<sml::aux::string<T>> : Unwrapped<T> {};
 
 template <class T>
 struct Name {

@@ -1,31 +1,17 @@
-/// A transition table in words: its regions, their states and rows, read off the table's type.
+/// Reads a transition table off its type. The table is in the notation of SmlNotation.h: who includes this
+/// compiles with that, whatever library runs the machine.
 #pragma once
 
 #include "common/state_machine/SmTypeName.h"
 #include "common/state_machine/SmlTable.h"
+#include "common/state_machine/SmlWords.h"
 
 #include <algorithm>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace smlDescription {
-
-/// One row as it stands in the table.
-struct Row {
-    std::string from;
-    std::string event;  ///< empty: completion
-    std::string guard;  ///< empty: always
-    std::string action; ///< several are separated by ", "; empty: none
-    std::string to;     ///< empty: the state stays
-
-    bool operator==(const Row&) const = default;
-};
-
-struct Region {
-    std::string initial;
-    std::vector<std::string> states; ///< in the order of their first appearance
-    std::vector<Row> rows;           ///< in the table's order
-};
 
 template <class T>
 struct Words {
@@ -77,7 +63,7 @@ inline void addState(Region& region, const std::string& state) {
 }
 
 template <class Definition, class... Rows>
-std::vector<Region> describe(sml::front::transition_table<Rows...>) {
+std::vector<Region> describe(std::type_identity<sml::front::transition_table<Rows...>>) {
     const auto& regionsOfRows = sml::aux::regionsOfRowsOf<Definition>;
     std::vector<Region> regions(sml::aux::Model<Definition>::regionCount);
     std::size_t index = 0;
@@ -97,7 +83,7 @@ std::vector<Region> describe(sml::front::transition_table<Rows...>) {
 /// The regions of the machine that `Definition` defines, in the table's order.
 template <class Definition>
 std::vector<Region> describe() {
-    return describe<Definition>(Definition()());
+    return describe<Definition>(std::type_identity<decltype(Definition()())>());
 }
 
 } // namespace smlDescription

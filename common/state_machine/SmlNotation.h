@@ -123,9 +123,11 @@ struct transition_table {};
 
 namespace aux {
 
-/// Hands a state's type to the logger.
+/// Hands a state's type to the logger. Characters of a name might follow it.
+template <class T, T...>
+struct string;
 template <class T>
-struct string {
+struct string<T> {
     using type = T;
 };
 

@@ -1,5 +1,6 @@
 #include "presentation-plugin/machine-description/MachineDescription.h"
 
+#include "common/state_machine/SmlDescription.h"
 #include "presentation-plugin/PresentationPluginSm.h"
 
 #include <boost/json/serialize.hpp>

@@ -1,7 +1,7 @@
 /// The plugin's machine as data, for diagrams and tables: read off the transition tables themselves.
 #pragma once
 
-#include "common/state_machine/SmlDescription.h"
+#include "common/state_machine/SmlWords.h"
 
 #include <string>
 #include <vector>

@@ -107,7 +107,7 @@ private:
 
     test::LogCapture trace; ///< kept off the console
     test::IdleSlots plugin;
-    PresentationPluginMachine machine{plugin, quillSmlLogger()};
+    PresentationPluginMachine machine{static_cast<IPresentationPluginSmCallbacks&>(plugin), quillSmlLogger()};
 };
 
 TEST_F(PluginsMachine, TakesALife) {

@@ -214,7 +214,7 @@ public:
 
     NotingPlugin plugin;
     test::LogCapture capture;
-    PresentationPluginMachine machine{plugin, quillSmlLogger()};
+    PresentationPluginMachine machine{static_cast<IPresentationPluginSmCallbacks&>(plugin), quillSmlLogger()};
     Lines trace;
 };
 
