@@ -57,7 +57,8 @@ if(CMAKE_BUILD_TYPE STREQUAL Release)
         # The debug symbols go into a file of their own. They name sources alike whether ccache, which knows relative paths,
         # has compiled them or not.
         cmake_path(RELATIVE_PATH CMAKE_SOURCE_DIR BASE_DIRECTORY ${CMAKE_BINARY_DIR} OUTPUT_VARIABLE up)
-        add_compile_options(-g1 -ffile-prefix-map=${CMAKE_BINARY_DIR}/= -ffile-prefix-map=${up}/=)
+        # Functions stay in one piece: scripts/windows/build-libraries says why.
+        add_compile_options(-fno-reorder-blocks-and-partition -g1 -ffile-prefix-map=${CMAKE_BINARY_DIR}/= -ffile-prefix-map=${up}/=)
         add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--nxcompat
             # Windows 7 is 6.1. The same sources give the same bytes, whatever the day.
             LINKER:--major-os-version=6,--minor-os-version=1,--major-subsystem-version=6,--minor-subsystem-version=1

@@ -59,7 +59,7 @@ int run(int count, char** arguments) {
     CHECK(FreeLibrary(libraries.module));
     if (count > 3) {
         checkManyLives(arguments[1], arguments[2], number(arguments[3]));
-        checkUnloading(arguments[1], arguments[2], number(arguments[3]));
+        checkUnloading(arguments[1], arguments[2], number(arguments[3]) / 4);
     }
     return 0;
 }

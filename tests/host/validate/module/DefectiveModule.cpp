@@ -209,6 +209,7 @@ private:
 };
 
 decltype(PresentationPluginCbasedMethods::Stop) realStop = nullptr;
+const void* lastDisposed = nullptr; ///< a record's address, until another record has it
 
 std::int32_t stopWhateverTheReason(void* handle, std::uint32_t reason) {
     return realStop(handle, reason & 1U);
@@ -245,6 +246,7 @@ bool DisposePlugin(Plugin* plugin) {
 
 PresentationPluginCbasedMethods* CreateCbasedPlugin(const char* interfaceName) {
     auto* const record = real.function<decltype(&::CreateCbasedPlugin)>("CreateCbasedPlugin")(interfaceName);
+    lastDisposed = record == lastDisposed ? nullptr : lastDisposed;
     if (record != nullptr && has("record-size")) {
         record->size += sizeof(void*);
     }
@@ -256,7 +258,6 @@ PresentationPluginCbasedMethods* CreateCbasedPlugin(const char* interfaceName) {
 }
 
 bool DisposeCbasedPlugin(PresentationPluginCbasedMethods* methods) {
-    static const void* lastDisposed = nullptr;
     if (has("record-disposed-twice") && methods != nullptr && methods == lastDisposed) {
         return true;
     }
