@@ -7,9 +7,12 @@ namespace common2 {
 
 void followTimeZone(std::int64_t second) noexcept {
     static std::atomic<std::int64_t> lastLook{std::numeric_limits<std::int64_t>::min()};
-    if (lastLook.load(std::memory_order_relaxed) != second) {
+    static std::atomic<bool> isLooking{false};
+    // Nobody waits for a thread that is at it already.
+    if (lastLook.load(std::memory_order_relaxed) != second && !isLooking.exchange(true)) {
         lastLook.store(second, std::memory_order_relaxed);
         readTimeZone();
+        isLooking.store(false);
     }
 }
 
