@@ -74,8 +74,8 @@ PresentationPluginImpl::~PresentationPluginImpl() {
         }
         logLife(DBG_TRACE, "Destroyed", function);
     }
-    // The backend locks its weak pointer around each call, so once nobody owns the object, nobody is inside.
-    // Nor does a thread of the backend come back for the pointer: the host may unload the module at once.
+    // The backend locks its weak pointer around each call, so an object without owners has no thread inside.
+    // No thread of the backend runs code of the module later for it: the host may unload the module now.
     self.end();
 }
 

@@ -32,9 +32,13 @@ foreach(locale tr_TR.ISO-8859-9 fr_FR.ISO-8859-1 ja_JP.EUC-JP)
     list(APPEND locales ${locales_folder}/${locale}/LC_CTYPE)
 endforeach()
 add_custom_target(wren_locales ALL DEPENDS ${locales})
-add_compile_definitions(WREN_LOCALES_FOLDER="${locales_folder}")
 
 macro(wren_system_tests)
+
+foreach(program wren_unit_tests wren_module_tests)
+    target_compile_definitions(${program} PRIVATE WREN_LOCALES_FOLDER="${locales_folder}")
+    add_dependencies(${program} wren_locales)
+endforeach()
 
 # What ships has the system's defences.
 if(CMAKE_BUILD_TYPE STREQUAL Release)

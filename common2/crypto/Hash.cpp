@@ -35,7 +35,7 @@ struct FreeDigest {
 using Digest = std::unique_ptr<EVP_MD, FreeDigest>;
 
 /// A context of libcrypto that is the module's own. The process's one is made once: if there is no memory for
-/// it then, every later use of it crashes. An own one is made again.
+/// it then, every later use of it crashes. This one can be made again.
 class DigestLibrary {
 public:
     /// @throws std::bad_alloc if there is no memory for the whole of it

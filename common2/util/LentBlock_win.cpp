@@ -8,10 +8,9 @@
 
 namespace common2 {
 
-/// Blocks that somebody may still observe. The system has no function that frees the object of a virtual
-/// call. So the maker stays an observer, and nobody else is the last. A block without other observers is
-/// freed when the next one ends, at the latest when this library is unloaded. What is observed then is left
-/// as it is.
+/// Blocks that may still have observers. The system has no function that frees the object of a virtual call,
+/// so the maker stays the last observer. A block without other observers is freed when the next one ends, or
+/// when this library is unloaded. A block that is still observed then is never freed.
 class EndedBlocks {
 public:
     EndedBlocks() = default;
@@ -51,7 +50,7 @@ EndedBlocks endedBlocks;
 /// Only owners look for a deleter.
 void* __thiscall noDeleter(const void*, const void*) { return nullptr; }
 
-/// Does nothing with an object. It is asked for by name, as its address here is that of code in this library.
+/// A function that does nothing with its object. Its plain address would be that of a jump in this library.
 const void* nothing() {
     static const auto function = reinterpret_cast<const void*>(
         ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "GetCurrentThreadId"));

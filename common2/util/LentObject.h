@@ -8,12 +8,12 @@
 
 namespace common2 {
 
-/// Makes weak pointers to an object that somebody else owns. Who holds one locks it around each use, from any
+/// Makes weak pointers to an object that somebody else owns. Their holders lock them around each use, on any
 /// thread. After `end`, no code of this library runs for such a pointer, wherever it is still held: the
 /// library can be unloaded.
 ///
-/// An ordinary `std::shared_ptr` can't promise that: a thread that lets go of it last leaves through code of
-/// the library that made it.
+/// An ordinary `std::shared_ptr` can't promise that: the thread that drops the last one runs code of the
+/// library that made it.
 template <class Object>
 class LentObject {
 public:
@@ -35,7 +35,7 @@ public:
         return made;
     }
 
-    /// Nobody gets the object any more; waits for those that use it.
+    /// Pointers no longer lead to the object; waits for those that are in use.
     void end() {
         if (block != nullptr) {
             block->end();

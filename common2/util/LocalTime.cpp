@@ -6,13 +6,13 @@
 namespace common2 {
 
 void followTimeZone(std::int64_t second) noexcept {
-    static std::atomic<std::int64_t> lastLook{std::numeric_limits<std::int64_t>::min()};
-    static std::atomic<bool> isLooking{false};
-    // Nobody waits for a thread that is at it already.
-    if (lastLook.load(std::memory_order_relaxed) != second && !isLooking.exchange(true)) {
-        lastLook.store(second, std::memory_order_relaxed);
+    static std::atomic<std::int64_t> lastRead{std::numeric_limits<std::int64_t>::min()};
+    static std::atomic<bool> isReading{false};
+    // While one thread reads the zone, the others go on with the former one.
+    if (lastRead.load(std::memory_order_relaxed) != second && !isReading.exchange(true)) {
+        lastRead.store(second, std::memory_order_relaxed);
         readTimeZone();
-        isLooking.store(false);
+        isReading.store(false);
     }
 }
 

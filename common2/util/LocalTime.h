@@ -14,15 +14,15 @@ std::int64_t presentSeconds() noexcept;
 /// The same in microseconds.
 std::int64_t presentMicroseconds() noexcept;
 
-/// Looks at most once a second whether the local zone is another now: the C libraries look at their first
-/// time only, or only at the bidding of a few functions. Any thread.
+/// Has the C library read the local zone again, at most once a second. By itself it reads the zone when it
+/// first converts a time, and never again. Any thread.
 /// @param second the present one
 void followTimeZone(std::int64_t second) noexcept;
 
-/// Looks at once.
+/// Has it read the zone at once.
 void readTimeZone() noexcept;
 
-/// Breaks a time down in the local zone as last looked at. Any thread.
+/// Breaks a time down in the local zone as it was last read. Any thread.
 /// @param seconds since 1970-01-01 UTC
 /// @return nothing for a time without a calendar date: one whose year no `int` holds, and on Windows one
 ///         before 1970
